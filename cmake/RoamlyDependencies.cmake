@@ -1,0 +1,18 @@
+# Every foreign library in one place. A module links what it needs, privately.
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(nlohmann_json REQUIRED)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui)
+
+pkg_check_modules(vips REQUIRED IMPORTED_TARGET vips)
+pkg_check_modules(libraw REQUIRED IMPORTED_TARGET libraw_r)
+pkg_check_modules(exiv2 REQUIRED IMPORTED_TARGET exiv2)
+pkg_check_modules(libde265 REQUIRED IMPORTED_TARGET libde265)
+pkg_check_modules(gio REQUIRED IMPORTED_TARGET gio-2.0)
+pkg_check_modules(zimg REQUIRED IMPORTED_TARGET zimg)
+pkg_check_modules(ffmpeg REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswresample)
+
+if(ROAMLY_BUILD_TESTS)
+  find_package(GTest REQUIRED)
+  include(GoogleTest)
+endif()

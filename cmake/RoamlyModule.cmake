@@ -1,0 +1,35 @@
+# One folder under src/ is one static library, one namespace and one set of allowed dependencies.
+#
+#   roamly_module(Timeline USES ProjectModel LINKS PkgConfig::zimg)
+#
+# USES names the Roamly modules whose public headers this one may include (they are public: what a
+# module's headers mention, its users see). LINKS names foreign libraries, always private.
+function(roamly_module name)
+  cmake_parse_arguments(arg "" "" "USES;LINKS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  if(NOT sources)
+    add_library(${name} INTERFACE)
+    target_include_directories(${name} INTERFACE "${PROJECT_SOURCE_DIR}/src")
+    target_link_libraries(${name} INTERFACE ${arg_USES})
+    return()
+  endif()
+  add_library(${name} STATIC ${sources})
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+  target_link_libraries(${name} PUBLIC ${arg_USES} PRIVATE roamly_compiler ${arg_LINKS})
+  target_compile_features(${name} PUBLIC cxx_std_20)
+endfunction()
+
+# The tests of one module: tests/<name>/*.cpp become one GoogleTest program.
+function(roamly_module_tests name)
+  cmake_parse_arguments(arg "" "" "USES;LINKS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name}Tests ${sources})
+  target_include_directories(${name}Tests PRIVATE "${PROJECT_SOURCE_DIR}/tests")
+  target_link_libraries(${name}Tests PRIVATE
+    ${name} ${arg_USES} ${arg_LINKS} roamly_compiler GTest::gtest GTest::gmock)
+  gtest_discover_tests(${name}Tests DISCOVERY_TIMEOUT 60
+    PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+endfunction()

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <Export/ExportPreset.h>
+#include <Export/YuvFrame.h>
+#include <Foundation/Image.h>
+#include <Timeline/KenBurns.h>
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace Export {
+
+/// A decoded photo converted once into the planes that frames are made of, with the black margin that lets its
+/// edges move by fractions of a pixel. Immutable; shared between threads.
+class PreparedPhoto;
+
+[[nodiscard]] std::shared_ptr<const PreparedPhoto> preparePhoto(const Foundation::Image& photo);
+
+/// Text and shades to lay over a frame: 8 bits a channel R G B A, colour premultiplied by alpha, sRGB, no row
+/// padding; placed with its top-left corner at (x, y) of the frame and clipped to it.
+struct OverlayBitmap {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    /// width * height * 4 bytes.
+    std::vector<std::uint8_t> pixels;
+};
+
+/// Overlay bitmaps converted once into blendable planes. Immutable; shared between threads.
+class PreparedOverlay;
+
+/// The bitmaps are blended in the order given, each only where it is not clear.
+[[nodiscard]] std::shared_ptr<const PreparedOverlay> prepareOverlay(std::span<const OverlayBitmap> bitmaps,
+                                                                    FrameSize size);
+
+/// One photo on a frame: fitted inside it (letterboxed, never cropped), scaled by `scale` about the frame's
+/// centre and displaced by `offset`, whose both components count in frame widths; positive moves right and down.
+struct PhotoLayer {
+    std::shared_ptr<const PreparedPhoto> photo;
+    Timeline::KenBurnsTransform::Sample motion;
+    /// 0…1.
+    double opacity = 1;
+};
+
+/// Draws the layers in order over black, each blended by its opacity where it covers the frame, then the
+/// overlay (which may be absent). Deterministic; thread-safe.
+[[nodiscard]] std::shared_ptr<YuvFrame> compose(FrameSize size, std::span<const PhotoLayer> layers,
+                                                const PreparedOverlay* overlay);
+
+} // namespace Export

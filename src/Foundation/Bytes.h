@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace Foundation {
+
+/// A byte string: file contents, bookmarks, encoded images.
+using Bytes = std::vector<std::uint8_t>;
+
+/// Standard alphabet, with padding, no line breaks (RFC 4648, section 4).
+[[nodiscard]] std::string base64Encoded(const Bytes& bytes);
+
+/// The inverse; nothing when the text is not exactly such an encoding.
+[[nodiscard]] std::optional<Bytes> base64Decoded(std::string_view text);
+
+/// True when the bytes are well-formed UTF-8 (no overlong forms, no surrogates, at most U+10FFFF).
+[[nodiscard]] bool isValidUtf8(std::string_view text);
+
+} // namespace Foundation

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <Foundation/Uuid.h>
+#include <ProjectModel/PhotoItem.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <stop_token>
+#include <vector>
+
+namespace PhotoSources {
+
+/// Images read so far, and how many the walk has found.
+struct ImportProgress {
+    std::size_t completed = 0;
+    std::size_t total = 0;
+
+    friend bool operator==(const ImportProgress&, const ImportProgress&) = default;
+};
+
+namespace FolderImporter {
+
+struct Options {
+    Foundation::UuidSource newID = Foundation::Uuid::random;
+    /// Called from the calling thread, in order.
+    std::function<void(const ImportProgress&)> progress;
+    std::stop_token stop;
+};
+
+/// New records for every image file below the folder, in a stable order (by path). Hidden entries and the
+/// contents of packages are passed over, links to folders are not followed, and a file that cannot be handled is
+/// skipped; an unreadable folder yields nothing. Throws only Foundation::Cancelled.
+[[nodiscard]] std::vector<ProjectModel::PhotoItem> importPhotos(const std::filesystem::path& folder,
+                                                                const Options& options = {});
+
+} // namespace FolderImporter
+
+} // namespace PhotoSources

@@ -1,0 +1,13 @@
+#pragma once
+
+namespace ProjectModel {
+
+/// Degrees; north and east are positive. Not range-checked, but always finite.
+struct Coordinate {
+    double latitude = 0;
+    double longitude = 0;
+
+    friend bool operator==(const Coordinate&, const Coordinate&) = default;
+};
+
+} // namespace ProjectModel
