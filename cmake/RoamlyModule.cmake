@@ -29,7 +29,7 @@ function(roamly_module_tests name)
   add_executable(${name}Tests ${sources})
   target_include_directories(${name}Tests PRIVATE "${PROJECT_SOURCE_DIR}/tests")
   target_link_libraries(${name}Tests PRIVATE
-    ${name} ${arg_USES} ${arg_LINKS} roamly_compiler GTest::gtest GTest::gmock)
+    ${name} ${arg_USES} ${arg_LINKS} roamly_compiler GTest::gmock_main)
   gtest_discover_tests(${name}Tests DISCOVERY_TIMEOUT 60
     PROPERTIES ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()
