@@ -1,6 +1,5 @@
-#include <Foundation/JsonWriter.h>
-
 #include <Foundation/Bytes.h>
+#include <Foundation/JsonWriter.h>
 
 #include <array>
 #include <cassert>
@@ -129,6 +128,9 @@ JsonWriter& JsonWriter::value(std::int64_t number) {
 JsonWriter& JsonWriter::value(double number) {
     if (!std::isfinite(number))
         throw std::invalid_argument("A number is not finite.");
+    // "-0" would be read back as an integer, which has no sign of zero.
+    if (number == 0 && std::signbit(number))
+        return raw("-0.0");
     std::array<char, 32> buffer{};
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
     return raw({buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())});

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Foundation {
@@ -46,6 +47,8 @@ public:
 
     /// The text so far; complete once every container is closed.
     [[nodiscard]] const std::string& text() const { return m_text; }
+    /// The same without a copy; the writer is done with.
+    [[nodiscard]] std::string takeText() { return std::move(m_text); }
 
 private:
     void beforeValue();

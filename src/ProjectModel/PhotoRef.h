@@ -28,9 +28,9 @@ struct FilePhotoRef {
 /// Where a photo's pixels are. In files the cases are called "photoKit" and "file".
 using PhotoRef = std::variant<LibraryPhotoRef, FilePhotoRef>;
 
-/// The text by which two references are the same photo. A file's key is "file:" and the path its bookmark leads
-/// to, normalised without resolving links; a bookmark that leads nowhere falls back to its bytes where they are
-/// UTF-8, else to the display name.
+/// The text by which two references are the same photo. A file's key is "file:" and the path its bookmark
+/// leads to, normalised without resolving links; a bookmark that leads nowhere falls back to its bytes where
+/// they are UTF-8, else to the display name.
 [[nodiscard]] std::string identityKey(const PhotoRef& ref, Foundation::BookmarkResolver& resolver);
 
 } // namespace ProjectModel

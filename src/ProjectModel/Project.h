@@ -16,7 +16,8 @@
 namespace ProjectModel {
 
 /// The whole state of one slideshow document: plain values, copied on assignment. All changes go through the
-/// operations below; those that name a photo change the first one with that id and do nothing when there is none.
+/// operations below; those that name a photo change the first one with that id and do nothing when there is
+/// none.
 struct Project {
     static constexpr std::int64_t currentSchemaVersion = 2;
 
@@ -56,8 +57,8 @@ struct Project {
 
     // The whole project.
 
-    /// Starts a fresh analysis: selects every photo as `proposed` and clears clusters and scores, the user's own
-    /// selections included.
+    /// Starts a fresh analysis: selects every photo as `proposed` and clears clusters and scores, the user's
+    /// own selections included.
     void resetAnalysisSelection();
     void removePhotos(const std::set<Foundation::Uuid>& ids);
     /// Removes the source and the photos that were imported from it.

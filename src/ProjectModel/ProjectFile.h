@@ -14,10 +14,12 @@ namespace ProjectModel {
 class ProjectFileError : public std::runtime_error {
 public:
     enum class Kind {
-        /// Not JSON, not an object, a number that JSON's reader cannot hold, a text that is no date, UUID, base64
+        /// Not JSON, not an object, a number that JSON's reader cannot hold, a text that is no date, UUID,
+        /// base64
         /// or known enumeration value.
         dataCorrupted,
-        /// A value of another JSON type than the layout says, or an enumeration object without exactly one case.
+        /// A value of another JSON type than the layout says, or an enumeration object without exactly one
+        /// case.
         typeMismatch,
         /// A required member is missing.
         keyNotFound,
@@ -50,8 +52,8 @@ private:
 /// The document's bytes: pretty-printed JSON in UTF-8, members sorted by key. Throws ProjectFileError.
 [[nodiscard]] std::string encoded(const Project& project);
 
-/// Reads the current layout and migrates version 1, whose sources get identifiers from `newID`. Never a partial
-/// result: throws ProjectFileError.
+/// Reads the current layout and migrates version 1, whose sources get identifiers from `newID`. Never a
+/// partial result: throws ProjectFileError.
 [[nodiscard]] Project decodeProject(std::string_view bytes,
                                     const Foundation::UuidSource& newID = Foundation::Uuid::random);
 

@@ -34,8 +34,8 @@ struct KenBurnsTransform {
 
 namespace KenBurns {
 
-/// The motion of a photo, derived from its identifier alone so that it is the same in every run, in the player,
-/// in the export and on every machine.
+/// The motion of a photo, derived from its identifier alone so that it is the same in every run, in the
+/// player, in the export and on every machine.
 [[nodiscard]] KenBurnsTransform transform(const Foundation::Uuid& seed);
 
 } // namespace KenBurns

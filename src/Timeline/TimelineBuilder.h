@@ -11,10 +11,11 @@
 namespace Timeline::TimelineBuilder {
 
 /// Lays the selected photos out in time, in their stored order. Deterministic; never fails.
-[[nodiscard]] SlideshowTimeline build(const ProjectModel::Project& project, const EffectiveSettings& settings);
+[[nodiscard]] SlideshowTimeline build(const ProjectModel::Project& project,
+                                      const EffectiveSettings& settings);
 
-/// "City, Country" from what is known of the photo's place; two photos are in the same place when their labels
-/// are equal.
+/// "City, Country" from what is known of the photo's place; two photos are in the same place when their
+/// labels are equal.
 [[nodiscard]] std::optional<std::string> locationLabel(const ProjectModel::PhotoItem& photo);
 
 [[nodiscard]] OverlaySpec overlay(const ProjectModel::PhotoItem& photo, bool captionsEnabled,
