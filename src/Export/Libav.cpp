@@ -1,0 +1,40 @@
+#include <Export/Libav.h>
+
+#include <new>
+
+extern "C" {
+#include <libavutil/error.h>
+#include <libavutil/log.h>
+}
+
+namespace Export::Libav {
+
+Packet makePacket() {
+    Packet packet(av_packet_alloc());
+    if (!packet)
+        throw std::bad_alloc();
+    return packet;
+}
+
+Frame makeFrame() {
+    Frame frame(av_frame_alloc());
+    if (!frame)
+        throw std::bad_alloc();
+    return frame;
+}
+
+std::string errorText(int error) {
+    char text[AV_ERROR_MAX_STRING_SIZE] = {};
+    av_strerror(error, text, sizeof text);
+    return text;
+}
+
+void silenceLog() {
+    av_log_set_level(AV_LOG_QUIET);
+}
+
+std::string fileUrl(const std::string& path) {
+    return "file:" + path;
+}
+
+} // namespace Export::Libav

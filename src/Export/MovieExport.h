@@ -1,0 +1,22 @@
+#pragma once
+
+#include <Export/FrameSource.h>
+#include <Export/MovieWriter.h>
+#include <Export/VideoExporter.h>
+#include <Timeline/Playhead.h>
+#include <Timeline/SlideshowTimeline.h>
+
+#include <filesystem>
+#include <functional>
+#include <stop_token>
+
+namespace Export {
+
+/// What VideoExporter does, for frames of any even size. `format.hasSound` is not read: the timeline decides.
+ExportResult exportMovie(const Timeline::SlideshowTimeline& timeline, const Timeline::Playhead& playhead,
+                         const MovieFormat& format, FrameSource& frameSource,
+                         const std::filesystem::path& path,
+                         const std::function<void(const ExportProgress&)>& progress,
+                         const std::stop_token& stop);
+
+} // namespace Export

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <Export/Libav.h>
+#include <Export/StereoBuffer.h>
+
+#include <filesystem>
+#include <memory>
+#include <stop_token>
+#include <vector>
+
+namespace Export {
+
+/// Reads the first audio track of a file once, from its beginning to its end, as 44.1 kHz stereo, whatever it
+/// was recorded as. Only a piece of the file is in memory at a time.
+class MusicReader {
+public:
+    /// Throws ExportError (appendFailed) when the file cannot be opened as sound. After `stop` is requested
+    /// the file seems to end early.
+    MusicReader(const std::filesystem::path& file, std::stop_token stop);
+
+    /// Appends the next piece, which may be empty. False when the file has ended; damaged parts are skipped.
+    [[nodiscard]] bool read(std::vector<StereoSample>& samples);
+
+private:
+    struct CloseInput {
+        void operator()(AVFormatContext* input) const { avformat_close_input(&input); }
+    };
+
+    void openInput(const std::filesystem::path& file);
+    void openDecoder(const std::filesystem::path& file);
+    void feedDecoder();
+    void resample(const AVFrame& frame, std::vector<StereoSample>& samples);
+    void flushResampler(std::vector<StereoSample>& samples);
+    /// Runs the resampler over `count` samples a channel; none (null) asks for what it holds back.
+    int convert(const std::uint8_t** data, int count, std::vector<StereoSample>& samples);
+
+    /// On the heap because the input keeps its address.
+    std::unique_ptr<std::stop_token> m_stop;
+    std::unique_ptr<AVFormatContext, CloseInput> m_input;
+    int m_stream = -1;
+    Libav::CodecContext m_decoder;
+    Libav::Packet m_packet;
+    Libav::Frame m_frame;
+    /// For sound of the kind that `m_layout`, `m_format` and `m_rate` tell; made when the first sound comes.
+    Libav::Resampler m_resampler;
+    AVChannelLayout m_layout{};
+    int m_format = -1;
+    int m_rate = 0;
+    bool m_isDraining = false;
+};
+
+} // namespace Export

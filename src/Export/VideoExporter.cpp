@@ -1,0 +1,23 @@
+#include <Export/MovieExport.h>
+#include <Export/VideoExporter.h>
+
+#include <utility>
+
+namespace Export {
+
+VideoExporter::VideoExporter(Timeline::SlideshowTimeline timeline, ExportPreset preset, double crossfade,
+                             FrameSource& frameSource, int fps)
+    : m_timeline(std::move(timeline))
+    , m_preset(preset)
+    , m_playhead(m_timeline, crossfade)
+    , m_frameSource(frameSource)
+    , m_fps(fps) {}
+
+ExportResult VideoExporter::exportTo(const std::filesystem::path& path,
+                                     const std::function<void(const ExportProgress&)>& progress,
+                                     std::stop_token stop) {
+    const MovieFormat format{m_preset.dimensions(), m_preset.codec, m_fps, false};
+    return exportMovie(m_timeline, m_playhead, format, m_frameSource, path, progress, stop);
+}
+
+} // namespace Export
