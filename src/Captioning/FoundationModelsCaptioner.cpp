@@ -1,0 +1,12 @@
+#include <Captioning/CaptionError.h>
+#include <Captioning/FoundationModelsCaptioner.h>
+
+namespace Captioning {
+
+std::string FoundationModelsCaptioner::caption(const Foundation::Image& /*image*/,
+                                               const std::vector<std::string>& /*tags*/,
+                                               const std::stop_token& /*stop*/) const {
+    throw CaptionError{BackendUnavailable{"Apple Intelligence is not available on this Mac."}};
+}
+
+} // namespace Captioning
