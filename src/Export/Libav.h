@@ -32,6 +32,22 @@ using Resampler = std::unique_ptr<SwrContext, Free>;
 [[nodiscard]] Packet makePacket();
 [[nodiscard]] Frame makeFrame();
 
+/// A channel layout that releases what it allocated.
+class ChannelLayout {
+public:
+    ChannelLayout() = default;
+    explicit ChannelLayout(const AVChannelLayout& layout) { assign(layout); }
+    ~ChannelLayout() { av_channel_layout_uninit(&m_layout); }
+    ChannelLayout(const ChannelLayout&) = delete;
+    ChannelLayout& operator=(const ChannelLayout&) = delete;
+
+    void assign(const AVChannelLayout& layout) { av_channel_layout_copy(&m_layout, &layout); }
+    [[nodiscard]] AVChannelLayout* get() { return &m_layout; }
+
+private:
+    AVChannelLayout m_layout{};
+};
+
 /// Options for the calls that take and shrink a dictionary.
 class Options {
 public:

@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <exception>
 #include <limits>
+#include <new>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -79,6 +81,22 @@ Rendering renderingFor(FrameSize size) {
     return {workers, std::max(affordable, workers + 1)};
 }
 
+/// The frame source is somebody else's code: whatever it throws ends the export as an ExportError.
+std::shared_ptr<const YuvFrame> draw(FrameSource& frameSource, const Timeline::RenderState& state,
+                                     FrameSize size) {
+    try {
+        return frameSource.frame(state, size);
+    } catch (const ExportError&) {
+        throw;
+    } catch (const Foundation::Cancelled&) {
+        throw ExportError(ExportError::Kind::cancelled);
+    } catch (const std::bad_alloc&) {
+        throw ExportError(ExportError::Kind::pixelBufferPoolUnavailable);
+    } catch (const std::exception& error) {
+        throw ExportError(ExportError::Kind::appendFailed, error.what());
+    }
+}
+
 void throwIfStopped(const std::stop_token& stop) {
     if (stop.stop_requested())
         throw ExportError(ExportError::Kind::cancelled);
@@ -122,7 +140,7 @@ ExportResult exportMovie(const Timeline::SlideshowTimeline& timeline, const Time
     {
         RenderQueue frames(count, rendering.workers, rendering.capacity, [&](std::int64_t index) {
             const double time = static_cast<double>(index) / format.fps;
-            return frameSource.frame(playhead.state(time), format.size);
+            return draw(frameSource, playhead.state(time), format.size);
         });
         for (std::int64_t index = 0; index < count; ++index) {
             addSoundUntil(static_cast<double>(index + 1) / format.fps);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Export/AudioEncoder.h>
+#include <Export/ExportError.h>
 #include <Export/ExportPreset.h>
 #include <Export/Libav.h>
 #include <Export/PendingFile.h>

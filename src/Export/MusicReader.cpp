@@ -1,8 +1,9 @@
 #include <Export/ExportError.h>
 #include <Export/MusicReader.h>
 
-#include <array>
+#include <algorithm>
 #include <cstddef>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -19,8 +20,8 @@ ExportError musicError(const std::filesystem::path& file, const std::string& rea
 }
 
 /// How many of the input's channels go into each of the two; nothing where the resampler knows better.
-std::vector<double> ownMatrix(const AVChannelLayout& layout, bool isKnown) {
-    const auto channels = static_cast<std::size_t>(layout.nb_channels);
+std::vector<double> ownMatrix(int channelCount, bool isKnown) {
+    const auto channels = static_cast<std::size_t>(channelCount);
     // The resampler would take 3 dB off a single channel; both ears are to hear it as it is.
     if (channels == 1)
         return {1, 1};
@@ -36,30 +37,27 @@ std::vector<double> ownMatrix(const AVChannelLayout& layout, bool isKnown) {
 
 /// Nothing when there is no way from that kind of sound to ours.
 Libav::Resampler makeResampler(const AVFrame& frame) {
-    AVChannelLayout layout{};
-    av_channel_layout_copy(&layout, &frame.ch_layout);
-    if (layout.order == AV_CHANNEL_ORDER_UNSPEC)
-        av_channel_layout_default(&layout, layout.nb_channels);
+    const int channels = frame.ch_layout.nb_channels;
+    Libav::ChannelLayout layout(frame.ch_layout);
+    if (layout.get()->order == AV_CHANNEL_ORDER_UNSPEC)
+        av_channel_layout_default(layout.get(), channels);
 
     const auto attempt = [&](bool isKnown) -> Libav::Resampler {
-        const AVChannelLayout stereo = AV_CHANNEL_LAYOUT_STEREO;
+        AVChannelLayout stereo = AV_CHANNEL_LAYOUT_STEREO;
         SwrContext* raw = nullptr;
-        if (swr_alloc_set_opts2(&raw, &stereo, AV_SAMPLE_FMT_FLT, audioSampleRate, &layout,
+        if (swr_alloc_set_opts2(&raw, &stereo, AV_SAMPLE_FMT_FLT, audioSampleRate, layout.get(),
                                 static_cast<AVSampleFormat>(frame.format), frame.sample_rate, 0, nullptr) < 0)
             return nullptr;
         Libav::Resampler resampler(raw);
         // Mixing many channels down keeps within full scale.
         av_opt_set_double(raw, "rematrix_maxval", 1.0, 0);
-        const std::vector<double> matrix = ownMatrix(layout, isKnown);
-        if (!matrix.empty() && swr_set_matrix(raw, matrix.data(), layout.nb_channels) < 0)
+        const std::vector<double> matrix = ownMatrix(channels, isKnown);
+        if (!matrix.empty() && swr_set_matrix(raw, matrix.data(), channels) < 0)
             return nullptr;
         return swr_init(raw) < 0 ? nullptr : std::move(resampler);
     };
     Libav::Resampler resampler = attempt(true);
-    if (!resampler)
-        resampler = attempt(false);
-    av_channel_layout_uninit(&layout);
-    return resampler;
+    return resampler ? std::move(resampler) : attempt(false);
 }
 
 } // namespace
@@ -163,13 +161,13 @@ void MusicReader::feedDecoder() {
 
 void MusicReader::resample(const AVFrame& frame, std::vector<StereoSample>& samples) {
     const bool isSameKind = m_resampler && frame.format == m_format && frame.sample_rate == m_rate &&
-                            av_channel_layout_compare(&frame.ch_layout, &m_layout) == 0;
+                            av_channel_layout_compare(&frame.ch_layout, m_layout.get()) == 0;
     if (!isSameKind) {
         flushResampler(samples);
         m_resampler = makeResampler(frame);
         m_format = frame.format;
         m_rate = frame.sample_rate;
-        av_channel_layout_copy(&m_layout, &frame.ch_layout);
+        m_layout.assign(frame.ch_layout);
     }
     if (m_resampler)
         convert(const_cast<const std::uint8_t**>(frame.extended_data), frame.nb_samples, samples);

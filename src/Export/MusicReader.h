@@ -43,7 +43,7 @@ private:
     Libav::Frame m_frame;
     /// For sound of the kind that `m_layout`, `m_format` and `m_rate` tell; made when the first sound comes.
     Libav::Resampler m_resampler;
-    AVChannelLayout m_layout{};
+    Libav::ChannelLayout m_layout;
     int m_format = -1;
     int m_rate = 0;
     bool m_isDraining = false;
