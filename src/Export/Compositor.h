@@ -12,10 +12,10 @@
 
 namespace Export {
 
-/// A decoded photo converted once into the planes that frames are made of, with the black margin that lets its
-/// edges move by fractions of a pixel. Immutable; shared between threads.
+/// A decoded photo converted once into planes as frames are made of. Immutable; shared between threads.
 class PreparedPhoto;
 
+/// Nothing for an empty image. Thread-safe.
 [[nodiscard]] std::shared_ptr<const PreparedPhoto> preparePhoto(const Foundation::Image& photo);
 
 /// Text and shades to lay over a frame: 8 bits a channel R G B A, colour premultiplied by alpha, sRGB, no row
@@ -32,12 +32,14 @@ struct OverlayBitmap {
 /// Overlay bitmaps converted once into blendable planes. Immutable; shared between threads.
 class PreparedOverlay;
 
-/// The bitmaps are blended in the order given, each only where it is not clear.
+/// The bitmaps are blended in the order given, each only where it is not clear. Throws std::invalid_argument
+/// when a bitmap has fewer pixels than its size says. Thread-safe.
 [[nodiscard]] std::shared_ptr<const PreparedOverlay> prepareOverlay(std::span<const OverlayBitmap> bitmaps,
                                                                     FrameSize size);
 
-/// One photo on a frame: fitted inside it (letterboxed, never cropped), scaled by `scale` about the frame's
-/// centre and displaced by `offset`, whose both components count in frame widths; positive moves right and down.
+/// One photo (or none) on a frame: fitted inside it (letterboxed, never cropped), scaled by `scale` about the
+/// frame's centre and displaced by `offset`, whose both components count in frame widths; positive moves
+/// right and down. Its edges are anti-aliased: a pixel that the photo covers in part shows that part of it.
 struct PhotoLayer {
     std::shared_ptr<const PreparedPhoto> photo;
     Timeline::KenBurnsTransform::Sample motion;
@@ -46,7 +48,8 @@ struct PhotoLayer {
 };
 
 /// Draws the layers in order over black, each blended by its opacity where it covers the frame, then the
-/// overlay (which may be absent). Deterministic; thread-safe.
+/// overlay (which may be absent). Deterministic; thread-safe. Throws std::invalid_argument when the size is
+/// not positive or not the overlay's.
 [[nodiscard]] std::shared_ptr<YuvFrame> compose(FrameSize size, std::span<const PhotoLayer> layers,
                                                 const PreparedOverlay* overlay);
 
