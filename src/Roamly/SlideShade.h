@@ -1,0 +1,25 @@
+#pragma once
+
+#include <Export/Compositor.h>
+
+namespace Roamly {
+
+/// The darkening that makes white text legible on any photo: black whose opacity runs linearly from clear at
+/// the frame's vertical centre to its full strength at the edge. The steps between the 8-bit opacities are
+/// dithered, so that a bright sky shows no bands.
+namespace SlideShade {
+
+inline constexpr double bottomOpacity = 0.50;
+inline constexpr double topOpacity = 0.55;
+
+/// Covers the lower half of the frame, strongest at the bottom edge.
+[[nodiscard]] Export::OverlayBitmap bottom(Export::FrameSize frame);
+/// Covers the upper half of the frame, strongest at the top edge.
+[[nodiscard]] Export::OverlayBitmap top(Export::FrameSize frame);
+
+} // namespace SlideShade
+
+/// Rounds `value` (0…255) up or down by the position on the frame, so that an area's mean is the value itself.
+[[nodiscard]] std::uint8_t dithered(double value, int x, int y);
+
+} // namespace Roamly

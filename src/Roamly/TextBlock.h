@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QFont>
+#include <QPainter>
+#include <QString>
+#include <QTextLayout>
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace Roamly {
+
+/// A text laid out into a box: wrapped at word boundaries, or anywhere if need be, and cut short with an
+/// ellipsis where it would be taller than the box. Each line of the text is a paragraph of its own, running in
+/// the direction its first letters ask for.
+class TextBlock {
+public:
+    enum class Alignment {
+        left,
+        /// Wrapped to lines of about the same length.
+        centre,
+    };
+
+    /// `text` in UTF-8; `font` sized in pixels. The block is empty when not even one line fits.
+    TextBlock(std::string_view text, const QFont& font, Alignment alignment, int maxWidth, int maxHeight);
+
+    [[nodiscard]] bool isEmpty() const { return m_lines.empty(); }
+    [[nodiscard]] int lineCount() const { return static_cast<int>(m_lines.size()); }
+    /// Of the widest line; at most the box's.
+    [[nodiscard]] int width() const { return m_width; }
+    [[nodiscard]] int height() const { return m_height; }
+
+    /// Draws the block with its top-left corner at `position`. Strokes of letters may reach a little beyond the
+    /// block's bounds.
+    void draw(QPainter& painter, QPoint position) const;
+
+private:
+    struct Line {
+        QTextLine line;
+        /// Of the line's top edge, from the block's.
+        int y = 0;
+    };
+
+    void layOut(const QStringList& paragraphs, int width, int maxHeight);
+    void balance(const QStringList& paragraphs, int maxHeight);
+    void elideLastLine(const QString& paragraph, int width);
+    QTextLayout& addLayout(const QString& text, Qt::LayoutDirection direction);
+
+    QFont m_font;
+    Alignment m_alignment;
+    std::vector<std::unique_ptr<QTextLayout>> m_layouts;
+    std::vector<Line> m_lines;
+    int m_layoutWidth = 0;
+    int m_width = 0;
+    int m_height = 0;
+    bool m_isElided = false;
+};
+
+} // namespace Roamly
