@@ -10,6 +10,7 @@ pkg_check_modules(exiv2 REQUIRED IMPORTED_TARGET exiv2)
 pkg_check_modules(libde265 REQUIRED IMPORTED_TARGET libde265)
 pkg_check_modules(gio REQUIRED IMPORTED_TARGET gio-2.0)
 pkg_check_modules(curl REQUIRED IMPORTED_TARGET libcurl)
+pkg_check_modules(secret REQUIRED IMPORTED_TARGET libsecret-1)
 pkg_check_modules(zimg REQUIRED IMPORTED_TARGET zimg)
 pkg_check_modules(ffmpeg REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswresample)
 

@@ -32,8 +32,8 @@ struct EmptyResponse {
     friend bool operator==(const EmptyResponse&, const EmptyResponse&) = default;
 };
 
-/// Why one caption could not be written. The wording for the user is the caption controller's, which knows the
-/// backend's name.
+/// Why one caption could not be written. The wording for the user is the caption controller's, which knows
+/// the backend's name.
 class CaptionError : public std::exception {
 public:
     using Case = std::variant<BackendUnavailable, HttpFailure, TransportFailure, EmptyResponse>;

@@ -1,11 +1,11 @@
 #include <Captioning/CaptionError.h>
 #include <Captioning/CaptionExchange.h>
-
 #include <Foundation/Text.h>
 
 namespace Captioning {
 
-std::string requestBody(const HTTPTransport& transport, const HTTPRequest& request, const std::stop_token& stop) {
+std::string requestBody(const HTTPTransport& transport, const HTTPRequest& request,
+                        const std::stop_token& stop) {
     HTTPResponse response;
     try {
         response = transport.send(request, stop);
@@ -24,7 +24,8 @@ std::string usableCaption(const std::string& text) {
     return std::string{caption};
 }
 
-bool answersWithSuccess(const HTTPTransport& transport, const HTTPRequest& request, const std::stop_token& stop) {
+bool answersWithSuccess(const HTTPTransport& transport, const HTTPRequest& request,
+                        const std::stop_token& stop) {
     try {
         return transport.send(request, stop).isSuccess();
     } catch (const std::exception&) {

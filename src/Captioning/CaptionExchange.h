@@ -7,8 +7,8 @@
 
 namespace Captioning {
 
-/// Sends the request and returns the body of a successful answer; the failures are the CaptionErrors that both
-/// network backends share.
+/// Sends the request and returns the body of a successful answer; the failures are the CaptionErrors that
+/// both network backends share.
 [[nodiscard]] std::string requestBody(const HTTPTransport& transport, const HTTPRequest& request,
                                       const std::stop_token& stop);
 

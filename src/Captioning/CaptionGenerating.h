@@ -13,9 +13,10 @@ class CaptionGenerating {
 public:
     virtual ~CaptionGenerating() = default;
 
-    /// One caption for the picture and its scene tags. Throws CaptionError, or Foundation::Cancelled when `stop`
-    /// was triggered.
-    [[nodiscard]] virtual std::string caption(const Foundation::Image& image, const std::vector<std::string>& tags,
+    /// One caption for the picture and its scene tags. Throws CaptionError, or Foundation::Cancelled when
+    /// `stop` was triggered.
+    [[nodiscard]] virtual std::string caption(const Foundation::Image& image,
+                                              const std::vector<std::string>& tags,
                                               const std::stop_token& stop) const = 0;
 };
 

@@ -1,5 +1,4 @@
 #include <Captioning/CaptionPipeline.h>
-
 #include <Foundation/Cancellation.h>
 #include <Foundation/Text.h>
 
@@ -21,7 +20,8 @@ std::vector<const ProjectModel::PhotoItem*> eligiblePhotos(const ProjectModel::P
 
 } // namespace
 
-CaptionPipeline::CaptionPipeline(const SceneTagging& tagger, const CaptionGenerating& generator, ImageLoader image)
+CaptionPipeline::CaptionPipeline(const SceneTagging& tagger, const CaptionGenerating& generator,
+                                 ImageLoader image)
     : m_tagger(tagger)
     , m_generator(generator)
     , m_image(std::move(image)) {}

@@ -36,8 +36,8 @@ struct CaptionProgress {
     friend bool operator==(const CaptionProgress&, const CaptionProgress&) = default;
 };
 
-/// Captions a project's photos one after another, so that a local model server or a paid service sees one request
-/// at a time. Writes nothing into the project.
+/// Captions a project's photos one after another, so that a local model server or a paid service sees one
+/// request at a time. Writes nothing into the project.
 class CaptionPipeline {
 public:
     using ImageLoader = std::function<std::optional<Foundation::Image>(const ProjectModel::PhotoRef&)>;
@@ -46,7 +46,8 @@ public:
     CaptionPipeline(const SceneTagging& tagger, const CaptionGenerating& generator, ImageLoader image);
 
     /// Captions the selected photos whose caption is not the user's. A photo's failure never ends the run;
-    /// cancellation does, and keeps what there is. `progress` is called in order, once for each finished photo.
+    /// cancellation does, and keeps what there is. `progress` is called in order, once for each finished
+    /// photo.
     [[nodiscard]] CaptionRun generate(const ProjectModel::Project& project,
                                       const std::function<void(const CaptionProgress&)>& progress = {},
                                       const std::stop_token& stop = {}) const;

@@ -1,5 +1,4 @@
 #include <Captioning/CaptionPrompt.h>
-
 #include <Foundation/Text.h>
 
 namespace Captioning::CaptionPrompt {
@@ -26,7 +25,8 @@ std::string text(const std::vector<std::string>& tags, const std::optional<std::
 }
 
 std::string vision(const std::optional<std::string>& guidance) {
-    return "Write a single short caption (one sentence, no quotes) for this holiday photo. Be concrete and natural." +
+    return "Write a single short caption (one sentence, no quotes) for this holiday photo. Be concrete and "
+           "natural." +
            guidanceSentence(guidance) + " Return only the caption.";
 }
 

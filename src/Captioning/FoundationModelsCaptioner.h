@@ -4,8 +4,8 @@
 
 namespace Captioning {
 
-/// The operating system's own language model. No system that this program runs on has one, so it always answers
-/// that it is unavailable.
+/// The operating system's own language model. No system that this program runs on has one, so it always
+/// answers that it is unavailable.
 class FoundationModelsCaptioner : public CaptionGenerating {
 public:
     /// Throws CaptionError with `BackendUnavailable`.

@@ -28,7 +28,8 @@ struct HTTPResponse {
     [[nodiscard]] bool isSuccess() const { return status && *status >= 200 && *status <= 299; }
 };
 
-/// The request could not be carried out. `what()` is the system's description and never holds a header's value.
+/// The request could not be carried out. `what()` is the system's description and never holds a header's
+/// value.
 class TransportError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -40,7 +41,8 @@ public:
     virtual ~HTTPTransport() = default;
 
     /// Throws TransportError, or Foundation::Cancelled as soon as `stop` is triggered. Thread-safe.
-    [[nodiscard]] virtual HTTPResponse send(const HTTPRequest& request, const std::stop_token& stop) const = 0;
+    [[nodiscard]] virtual HTTPResponse send(const HTTPRequest& request,
+                                            const std::stop_token& stop) const = 0;
 };
 
 } // namespace Captioning

@@ -1,12 +1,12 @@
 #include <Captioning/CaptionError.h>
 #include <Captioning/ImageEncoding.h>
-
 #include <Foundation/Bytes.h>
+
+#include <vips/vips.h>
 
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <vips/vips.h>
 
 namespace Captioning::ImageEncoding {
 
@@ -28,8 +28,8 @@ bool startVips() {
 
 Foundation::Bytes jpeg(const Foundation::Image& image, int width, int height, int quality) {
     const auto fail = [] { vips_error_clear(); };
-    ImageHandle picture{vips_image_new_from_memory(image.pixels.data(), image.pixels.size(), image.width, image.height,
-                                                   3, VIPS_FORMAT_UCHAR)};
+    ImageHandle picture{vips_image_new_from_memory(image.pixels.data(), image.pixels.size(), image.width,
+                                                   image.height, 3, VIPS_FORMAT_UCHAR)};
     if (!picture) {
         fail();
         return {};
@@ -37,8 +37,8 @@ Foundation::Bytes jpeg(const Foundation::Image& image, int width, int height, in
     if (width != image.width || height != image.height) {
         VipsImage* scaled = nullptr;
         // The forced size makes both sides exact; the aspect differs by less than a pixel.
-        if (vips_thumbnail_image(picture.get(), &scaled, width, "height", height, "size", VIPS_SIZE_FORCE, nullptr) !=
-            0) {
+        if (vips_thumbnail_image(picture.get(), &scaled, width, "height", height, "size", VIPS_SIZE_FORCE,
+                                 nullptr) != 0) {
             fail();
             return {};
         }
@@ -64,7 +64,8 @@ std::string jpegBase64(const Foundation::Image& image, int maxDimension, double 
 
     Foundation::Bytes bytes;
     if (!image.isEmpty() && startVips())
-        bytes = jpeg(image, scaled(image.width), scaled(image.height), static_cast<int>(std::lround(quality * 100)));
+        bytes = jpeg(image, scaled(image.width), scaled(image.height),
+                     static_cast<int>(std::lround(quality * 100)));
     if (bytes.empty())
         throw CaptionError{TransportFailure{"Could not encode the photo for the vision model."}};
     return Foundation::base64Encoded(bytes);

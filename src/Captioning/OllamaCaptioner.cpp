@@ -4,10 +4,10 @@
 #include <Captioning/ImageEncoding.h>
 #include <Captioning/OllamaCaptioner.h>
 #include <Captioning/URLSessionTransport.h>
-
 #include <Foundation/JsonWriter.h>
 
 #include <nlohmann/json.hpp>
+
 #include <utility>
 
 namespace Captioning {

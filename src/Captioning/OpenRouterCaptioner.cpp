@@ -4,10 +4,10 @@
 #include <Captioning/ImageEncoding.h>
 #include <Captioning/OpenRouterCaptioner.h>
 #include <Captioning/URLSessionTransport.h>
-
 #include <Foundation/JsonWriter.h>
 
 #include <nlohmann/json.hpp>
+
 #include <utility>
 
 namespace Captioning {
@@ -47,7 +47,8 @@ const std::string* captionText(const nlohmann::json& answer) {
 
 } // namespace
 
-OpenRouterCaptioner::OpenRouterCaptioner(std::string apiKey, std::string model, std::optional<std::string> guidance,
+OpenRouterCaptioner::OpenRouterCaptioner(std::string apiKey, std::string model,
+                                         std::optional<std::string> guidance,
                                          std::shared_ptr<const HTTPTransport> transport, std::string baseURL)
     : m_apiKey(std::move(apiKey))
     , m_model(std::move(model))
@@ -55,7 +56,8 @@ OpenRouterCaptioner::OpenRouterCaptioner(std::string apiKey, std::string model, 
     , m_transport(std::move(transport))
     , m_baseURL(std::move(baseURL)) {}
 
-std::string OpenRouterCaptioner::caption(const Foundation::Image& image, const std::vector<std::string>& /*tags*/,
+std::string OpenRouterCaptioner::caption(const Foundation::Image& image,
+                                         const std::vector<std::string>& /*tags*/,
                                          const std::stop_token& stop) const {
     if (m_apiKey.empty())
         throw CaptionError{BackendUnavailable{"Add your OpenRouter API key in Settings ▸ Captions."}};
@@ -67,9 +69,9 @@ std::string OpenRouterCaptioner::caption(const Foundation::Image& image, const s
                        {"Authorization", "Bearer " + m_apiKey},
                        {"HTTP-Referer", applicationURL},
                        {"X-Title", "Roamly"}};
-    request.body =
-        requestText(m_model, CaptionPrompt::vision(m_guidance),
-                    ImageEncoding::jpegBase64(image, ImageEncoding::sentMaxDimension, ImageEncoding::sentQuality));
+    request.body = requestText(
+        m_model, CaptionPrompt::vision(m_guidance),
+        ImageEncoding::jpegBase64(image, ImageEncoding::sentMaxDimension, ImageEncoding::sentQuality));
     request.timeout = std::chrono::seconds{120};
 
     const auto answer = nlohmann::json::parse(requestBody(*m_transport, request, stop), nullptr, false);

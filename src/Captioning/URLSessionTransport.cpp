@@ -1,8 +1,8 @@
 #include <Captioning/URLSessionTransport.h>
-
 #include <Foundation/Cancellation.h>
 
 #include <curl/curl.h>
+
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -63,7 +63,8 @@ bool staysOnHost(const std::string& from, const std::string& to) {
     if (part(a.get(), CURLUPART_HOST) != part(b.get(), CURLUPART_HOST))
         return false;
     if (schemeA == schemeB) {
-        return part(a.get(), CURLUPART_PORT, CURLU_DEFAULT_PORT) == part(b.get(), CURLUPART_PORT, CURLU_DEFAULT_PORT);
+        return part(a.get(), CURLUPART_PORT, CURLU_DEFAULT_PORT) ==
+               part(b.get(), CURLUPART_PORT, CURLU_DEFAULT_PORT);
     }
     return schemeA == "http" && schemeB == "https";
 }
@@ -183,7 +184,8 @@ HTTPResponse URLSessionTransport::send(const HTTPRequest& request, const std::st
             curl_easy_setopt(handle, CURLOPT_PROXY, "");
         if (method == "POST") {
             curl_easy_setopt(handle, CURLOPT_POST, 1L);
-            curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
+            curl_easy_setopt(handle, CURLOPT_POSTFIELDSIZE_LARGE,
+                             static_cast<curl_off_t>(request.body.size()));
             curl_easy_setopt(handle, CURLOPT_POSTFIELDS, request.body.data());
         }
 

@@ -8,9 +8,9 @@
 
 namespace Captioning {
 
-/// HTTP and HTTPS by libcurl. Certificates are verified; a redirect is followed only where it stays on the same
-/// host, so that neither key nor photo goes to another one; connections are kept between the requests of one
-/// transport.
+/// HTTP and HTTPS by libcurl. Certificates are verified; a redirect is followed only where it stays on the
+/// same host, so that neither key nor photo goes to another one; connections are kept between the requests of
+/// one transport.
 class URLSessionTransport : public HTTPTransport {
 public:
     /// A larger response is refused: captions are a sentence.

@@ -4,8 +4,8 @@
 
 namespace Foundation {
 
-/// The text without white space and line breaks at its ends, by Unicode's White_Space property. `text` is UTF-8;
-/// the result points into it.
+/// The text without white space and line breaks at its ends, by Unicode's White_Space property. `text` is
+/// UTF-8; the result points into it.
 [[nodiscard]] std::string_view trimmed(std::string_view text);
 
 } // namespace Foundation

@@ -1,10 +1,10 @@
 #include <Captioning/CaptionPipeline.h>
 #include <Captioning/FoundationModelsCaptioner.h>
-
 #include <Foundation/Cancellation.h>
 
-#include <functional>
 #include <gtest/gtest.h>
+
+#include <functional>
 
 namespace {
 
@@ -59,8 +59,8 @@ struct Outcome {
 
 const Foundation::Image pixel{1, 1, {0, 0, 0}};
 
-Outcome runOn(const Project& project, const CaptionGenerating& generator, CaptionPipeline::ImageLoader image = {},
-          const std::stop_token& stop = {}) {
+Outcome runOn(const Project& project, const CaptionGenerating& generator,
+              CaptionPipeline::ImageLoader image = {}, const std::stop_token& stop = {}) {
     if (!image)
         image = [](const ProjectModel::PhotoRef&) { return std::optional{pixel}; };
     const VisionSceneTagger tagger{0.1F, 6, {}};
@@ -89,16 +89,17 @@ TEST(CaptionPipelineTest, LeavesTypedCaptionsOutAndRenewsGeneratedOnes) {
     project.photos = {photo(true, Provenance::user), photo(true, Provenance::generated)};
     const Outcome run = runOn(project, ScriptedGenerator{numbered});
     EXPECT_EQ(run.result.attempted, 1);
-    EXPECT_EQ(run.result.captions, (std::map<Foundation::Uuid, std::string>{{project.photos[1].id, "caption 1"}}));
+    EXPECT_EQ(run.result.captions,
+              (std::map<Foundation::Uuid, std::string>{{project.photos[1].id, "caption 1"}}));
 }
 
 TEST(CaptionPipelineTest, GoesOnAfterAFailureAndKeepsTheFirst) {
     const Project three = project(3);
     const Outcome run = runOn(three, ScriptedGenerator{[](int call) -> std::string {
-                              if (call == 2)
-                                  throw CaptionError{HttpFailure{500}};
-                              return numbered(call);
-                          }});
+                                  if (call == 2)
+                                      throw CaptionError{HttpFailure{500}};
+                                  return numbered(call);
+                              }});
     EXPECT_EQ(run.result.captions.size(), 2U);
     EXPECT_EQ(run.result.firstFailure, CaptionError{HttpFailure{500}});
     EXPECT_FALSE(run.result.cancelled);
@@ -107,12 +108,12 @@ TEST(CaptionPipelineTest, GoesOnAfterAFailureAndKeepsTheFirst) {
 
 TEST(CaptionPipelineTest, NeverReplacesTheFirstFailureByALaterOne) {
     const Outcome run = runOn(project(3), ScriptedGenerator{[](int call) -> std::string {
-                              if (call == 2)
-                                  throw CaptionError{HttpFailure{500}};
-                              if (call == 3)
-                                  throw CaptionError{EmptyResponse{}};
-                              return numbered(call);
-                          }});
+                                  if (call == 2)
+                                      throw CaptionError{HttpFailure{500}};
+                                  if (call == 3)
+                                      throw CaptionError{EmptyResponse{}};
+                                  return numbered(call);
+                              }});
     EXPECT_EQ(run.result.captions.size(), 1U);
     EXPECT_EQ(run.result.firstFailure, CaptionError{HttpFailure{500}});
 }
@@ -133,10 +134,10 @@ TEST(CaptionPipelineTest, StoresACaptionAsItWasReturned) {
 TEST(CaptionPipelineTest, KeepsWhatItHasWhenTheBackendNoticesTheCancellation) {
     const Project five = project(5);
     const Outcome run = runOn(five, ScriptedGenerator{[](int call) -> std::string {
-                              if (call == 2)
-                                  throw Foundation::Cancelled{};
-                              return numbered(call);
-                          }});
+                                  if (call == 2)
+                                      throw Foundation::Cancelled{};
+                                  return numbered(call);
+                              }});
     EXPECT_EQ(run.result.captions.size(), 1U);
     EXPECT_TRUE(run.result.cancelled);
     EXPECT_EQ(run.progress, (std::vector<CaptionProgress>{{1, 5}}));
@@ -145,10 +146,10 @@ TEST(CaptionPipelineTest, KeepsWhatItHasWhenTheBackendNoticesTheCancellation) {
 TEST(CaptionPipelineTest, TreatsAnErrorAfterTheCancellationAsTheCancellation) {
     std::stop_source stop;
     const Outcome run = runOn(project(3), ScriptedGenerator{[&](int) -> std::string {
-                              stop.request_stop();
-                              throw CaptionError{TransportFailure{"aborted"}};
-                          }},
-                          {}, stop.get_token());
+                                  stop.request_stop();
+                                  throw CaptionError{TransportFailure{"aborted"}};
+                              }},
+                              {}, stop.get_token());
     EXPECT_TRUE(run.result.cancelled);
     EXPECT_FALSE(run.result.firstFailure);
     EXPECT_TRUE(run.progress.empty());
@@ -168,8 +169,9 @@ TEST(CaptionPipelineTest, StopsBeforeTheNextPhoto) {
 }
 
 TEST(CaptionPipelineTest, SkipsAPhotoWithoutPixelsAndCountsIt) {
-    const Outcome run = runOn(project(2), ScriptedGenerator{numbered},
-                          [](const ProjectModel::PhotoRef&) { return std::optional<Foundation::Image>{}; });
+    const Outcome run = runOn(project(2), ScriptedGenerator{numbered}, [](const ProjectModel::PhotoRef&) {
+        return std::optional<Foundation::Image>{};
+    });
     EXPECT_EQ(run.result.attempted, 2);
     EXPECT_TRUE(run.result.captions.empty());
     EXPECT_FALSE(run.result.firstFailure);
@@ -178,7 +180,8 @@ TEST(CaptionPipelineTest, SkipsAPhotoWithoutPixelsAndCountsIt) {
 
 TEST(CaptionPipelineTest, FoldsOtherErrorsIntoTransport) {
     const Outcome run =
-        runOn(project(1), ScriptedGenerator{[](int) -> std::string { throw std::runtime_error("the guard refused"); }});
+        runOn(project(1),
+              ScriptedGenerator{[](int) -> std::string { throw std::runtime_error("the guard refused"); }});
     EXPECT_EQ(run.result.firstFailure, CaptionError{TransportFailure{"the guard refused"}});
 }
 

@@ -8,19 +8,21 @@ using namespace Captioning;
 
 TEST(CaptionPromptTest, NamesTheTagsToTextModels) {
     EXPECT_EQ(CaptionPrompt::text({"beach", "sunset sky"}, std::nullopt),
-              "Write a single short caption (one sentence, no quotes) for a holiday photo that shows: beach, sunset "
+              "Write a single short caption (one sentence, no quotes) for a holiday photo that shows: beach, "
+              "sunset "
               "sky. Be concrete and natural. Return only the caption.");
 }
 
 TEST(CaptionPromptTest, SaysAPhotographWhereThereAreNoTags) {
-    EXPECT_EQ(CaptionPrompt::text({}, std::nullopt),
-              "Write a single short caption (one sentence, no quotes) for a holiday photo that shows: a photograph. Be "
-              "concrete and natural. Return only the caption.");
+    EXPECT_EQ(CaptionPrompt::text({}, std::nullopt), "Write a single short caption (one sentence, no quotes) "
+                                                     "for a holiday photo that shows: a photograph. Be "
+                                                     "concrete and natural. Return only the caption.");
 }
 
 TEST(CaptionPromptTest, AddsTrimmedGuidanceWithAFullStopEvenAfterOne) {
     EXPECT_EQ(CaptionPrompt::vision(" \n Formal travel-guide voice. \n"),
-              "Write a single short caption (one sentence, no quotes) for this holiday photo. Be concrete and natural. "
+              "Write a single short caption (one sentence, no quotes) for this holiday photo. Be concrete "
+              "and natural. "
               "Guidance for tone and interpretation: Formal travel-guide voice.. Return only the caption.");
 }
 

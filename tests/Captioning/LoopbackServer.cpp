@@ -1,18 +1,20 @@
 #include "LoopbackServer.h"
 
-#include <algorithm>
 #include <arpa/inet.h>
-#include <cctype>
 #include <netinet/in.h>
-#include <optional>
-#include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <optional>
+#include <stdexcept>
 
 namespace {
 
 std::string lower(std::string text) {
-    std::ranges::transform(text, text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    std::ranges::transform(text, text.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return text;
 }
 
@@ -79,9 +81,10 @@ LoopbackServer::Answer LoopbackServer::ok(const std::string& body) {
     return status(200, "Content-Type: application/json\r\n", body);
 }
 
-LoopbackServer::Answer LoopbackServer::status(int status, const std::string& extraHeaders, const std::string& body) {
-    return {"HTTP/1.1 " + std::to_string(status) + " Status\r\n" + extraHeaders + "Content-Length: " +
-            std::to_string(body.size()) + "\r\n\r\n" + body};
+LoopbackServer::Answer LoopbackServer::status(int status, const std::string& extraHeaders,
+                                              const std::string& body) {
+    return {"HTTP/1.1 " + std::to_string(status) + " Status\r\n" + extraHeaders +
+            "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body};
 }
 
 LoopbackServer::LoopbackServer(std::function<Answer(const Request&)> answer)
@@ -158,7 +161,8 @@ void LoopbackServer::serve(int connection) {
             if (::send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL) < 0)
                 return;
         }
-        if (answer.bytes.find("Content-Length") == std::string::npos || answer.bytes.find("HALF") != std::string::npos) {
+        if (answer.bytes.find("Content-Length") == std::string::npos ||
+            answer.bytes.find("HALF") != std::string::npos) {
             ::shutdown(connection, SHUT_RDWR);
             return;
         }

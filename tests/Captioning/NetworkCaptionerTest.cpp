@@ -4,7 +4,6 @@
 #include <Captioning/OllamaCaptioner.h>
 #include <Captioning/OpenRouterCaptioner.h>
 #include <Captioning/URLSessionTransport.h>
-
 #include <Foundation/Bytes.h>
 #include <Foundation/Cancellation.h>
 
@@ -89,7 +88,8 @@ JpegFacts sentToOllama(int width, int height) {
 
 TEST(OllamaCaptionerTest, SendsExactlyTheDescribedRequest) {
     const LoopbackServer server{[](const Request&) { return LoopbackServer::ok(goodOllama); }};
-    EXPECT_EQ(ollama(server.url(), "Witty.").caption(picture(20, 10), {"ignored"}, {}), "Sunset over the bay.");
+    EXPECT_EQ(ollama(server.url(), "Witty.").caption(picture(20, 10), {"ignored"}, {}),
+              "Sunset over the bay.");
     const Request request = server.requests().at(0);
     EXPECT_EQ(request.method, "POST");
     EXPECT_EQ(request.path, "/api/generate");
@@ -98,8 +98,9 @@ TEST(OllamaCaptionerTest, SendsExactlyTheDescribedRequest) {
     const json body = json::parse(request.body);
     EXPECT_EQ(body.size(), 5U);
     EXPECT_EQ(body["model"], "llava");
-    EXPECT_EQ(body["prompt"], "Write a single short caption (one sentence, no quotes) for this holiday photo. Be concrete "
-                              "and natural. Guidance for tone and interpretation: Witty.. Return only the caption.");
+    EXPECT_EQ(body["prompt"],
+              "Write a single short caption (one sentence, no quotes) for this holiday photo. Be concrete "
+              "and natural. Guidance for tone and interpretation: Witty.. Return only the caption.");
     EXPECT_EQ(body["images"].size(), 1U);
     EXPECT_EQ(body["stream"], false);
     EXPECT_EQ(body["keep_alive"], "15m");
@@ -143,8 +144,8 @@ TEST(OllamaCaptionerTest, ReportsTheStatusOfARefusal) {
 }
 
 TEST(OllamaCaptionerTest, TakesAnAnswerWithoutAUsableCaptionAsEmpty) {
-    for (const char* body : {R"({"response":""})", R"({"response":" \n "})", "{}", "[]", "null", "not json", "",
-                             R"({"response":42})", R"({"response":null})"}) {
+    for (const char* body : {R"({"response":""})", R"({"response":" \n "})", "{}", "[]", "null", "not json",
+                             "", R"({"response":42})", R"({"response":null})"}) {
         const LoopbackServer server{[body](const Request&) { return LoopbackServer::ok(body); }};
         EXPECT_EQ(captionErrorOf(ollama(server.url())), CaptionError{EmptyResponse{}}) << body;
     }
@@ -163,8 +164,9 @@ TEST(OllamaCaptionerTest, ReportsAServerThatIsNotThereAsTransport) {
 }
 
 TEST(OllamaCaptionerTest, ReportsHalfAnAnswerAsTransport) {
-    const LoopbackServer server{
-        [](const Request&) { return Answer{"HTTP/1.1 200 OK\r\nX-Note: HALF\r\nContent-Length: 400\r\n\r\n{\"resp"}; }};
+    const LoopbackServer server{[](const Request&) {
+        return Answer{"HTTP/1.1 200 OK\r\nX-Note: HALF\r\nContent-Length: 400\r\n\r\n{\"resp"};
+    }};
     const std::optional<CaptionError> error = captionErrorOf(ollama(server.url()));
     ASSERT_TRUE(error);
     EXPECT_TRUE(std::holds_alternative<TransportFailure>(error->which()));
@@ -181,8 +183,9 @@ TEST(OllamaCaptionerTest, ReadsAnAnswerThatComesInPieces) {
 }
 
 TEST(OllamaCaptionerTest, RefusesAResponseOfManyMegabytes) {
-    const LoopbackServer server{
-        [](const Request&) { return LoopbackServer::ok(R"({"response":")" + std::string(5'000'000, 'a') + "\"}"); }};
+    const LoopbackServer server{[](const Request&) {
+        return LoopbackServer::ok(R"({"response":")" + std::string(5'000'000, 'a') + "\"}");
+    }};
     const std::optional<CaptionError> error = captionErrorOf(ollama(server.url()));
     ASSERT_TRUE(error);
     EXPECT_EQ(*error, CaptionError{TransportFailure{"The response is larger than 4 MB."}});
@@ -200,7 +203,8 @@ TEST(OllamaCaptionerTest, EndsTheRequestInFlightAtOnceWhenCancelled) {
         stop.request_stop();
     }};
     const auto begin = std::chrono::steady_clock::now();
-    EXPECT_THROW((void)ollama(server.url()).caption(picture(4, 4), {}, stop.get_token()), Foundation::Cancelled);
+    EXPECT_THROW((void)ollama(server.url()).caption(picture(4, 4), {}, stop.get_token()),
+                 Foundation::Cancelled);
     // Nothing but the cancellation ends this request before its 300 seconds.
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds{30});
 }
@@ -227,8 +231,8 @@ TEST(OpenRouterCaptionerTest, SendsExactlyTheDescribedRequest) {
     EXPECT_EQ(request.method, "POST");
     EXPECT_EQ(request.path, "/api/v1/chat/completions");
     const std::vector<std::string> names = request.headerNames();
-    EXPECT_EQ(names, (std::vector<std::string>{"Host", "Content-Type", "Authorization", "HTTP-Referer", "X-Title",
-                                               "Content-Length"}));
+    EXPECT_EQ(names, (std::vector<std::string>{"Host", "Content-Type", "Authorization", "HTTP-Referer",
+                                               "X-Title", "Content-Length"}));
     EXPECT_EQ(request.header("Authorization"), "Bearer sk-secret");
     EXPECT_EQ(request.header("X-Title"), "Roamly");
     const json body = json::parse(request.body);
@@ -239,7 +243,8 @@ TEST(OpenRouterCaptionerTest, SendsExactlyTheDescribedRequest) {
     EXPECT_EQ(message["role"], "user");
     EXPECT_EQ(message["content"][0]["type"], "text");
     EXPECT_EQ(message["content"][1]["type"], "image_url");
-    EXPECT_TRUE(message["content"][1]["image_url"]["url"].get<std::string>().starts_with("data:image/jpeg;base64,/9j/"));
+    EXPECT_TRUE(message["content"][1]["image_url"]["url"].get<std::string>().starts_with(
+        "data:image/jpeg;base64,/9j/"));
 }
 
 TEST(OpenRouterCaptionerTest, SendsNothingWithoutAKey) {
@@ -253,7 +258,8 @@ TEST(OpenRouterCaptionerTest, SendsNothingWithoutAKey) {
 TEST(OpenRouterCaptionerTest, TakesAnAnswerWithoutAUsableCaptionAsEmpty) {
     for (const char* body :
          {R"({"choices":[]})", R"({"choices":{}})", R"({"choices":[1]})", R"({"choices":[{"message":[]}]})",
-          R"({"choices":[{"message":{"content":null}}]})", R"({"choices":[{"message":{"content":"  "}}]})", "{}", "x"}) {
+          R"({"choices":[{"message":{"content":null}}]})", R"({"choices":[{"message":{"content":"  "}}]})",
+          "{}", "x"}) {
         const LoopbackServer server{[body](const Request&) { return LoopbackServer::ok(body); }};
         EXPECT_EQ(captionErrorOf(openRouter(server.url())), CaptionError{EmptyResponse{}}) << body;
     }

@@ -6,13 +6,15 @@ namespace {
 
 using namespace Captioning;
 
-std::vector<std::string> tagsOf(std::vector<ClassObservation> observations, float threshold = 0.1F, int most = 6) {
+std::vector<std::string> tagsOf(std::vector<ClassObservation> observations, float threshold = 0.1F,
+                                int most = 6) {
     const VisionSceneTagger tagger{threshold, most, [&](const Foundation::Image&) { return observations; }};
     return tagger.tags({});
 }
 
 TEST(VisionSceneTaggerTest, KeepsAConfidenceAtTheThresholdAndPutsTheLikeliestFirst) {
-    EXPECT_EQ(tagsOf({{"dropped", 0.09F}, {"kept", 0.1F}, {"first", 0.5F}}), (std::vector<std::string>{"first", "kept"}));
+    EXPECT_EQ(tagsOf({{"dropped", 0.09F}, {"kept", 0.1F}, {"first", 0.5F}}),
+              (std::vector<std::string>{"first", "kept"}));
 }
 
 TEST(VisionSceneTaggerTest, KeepsTheClassifiersOrderAmongEqualConfidences) {
