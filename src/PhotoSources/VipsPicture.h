@@ -1,0 +1,47 @@
+#pragma once
+
+#include <Foundation/Image.h>
+#include <PhotoSources/ColourProfile.h>
+#include <PhotoSources/ImageFile.h>
+#include <PhotoSources/ImageFormat.h>
+#include <PhotoSources/Orientation.h>
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace PhotoSources {
+
+/// Samples that another decoder made, on their way through the same scaling and colour conversion.
+struct RgbSamples {
+    int width = 0;
+    int height = 0;
+    /// 8, or 16 (in the machine's byte order).
+    int bitsPerChannel = 8;
+    /// Interleaved R G B without padding.
+    std::vector<std::uint8_t> bytes;
+    /// What the samples mean; empty for sRGB.
+    std::vector<std::uint8_t> iccProfile;
+};
+
+/// Everything that goes through libvips: opening what it can open, scaling, colour. Thread-safe; sets libvips
+/// up on first use.
+namespace VipsPicture {
+
+[[nodiscard]] std::optional<Foundation::Image> decode(const ImageFile& file, ImageFormat format, int maxPixel,
+                                                      const std::optional<ColourCoding>& untaggedCoding = {});
+
+/// A JPEG inside another file. `orientation` holds where the JPEG has none of its own.
+[[nodiscard]] std::optional<Foundation::Image> decodeJpeg(std::span<const std::uint8_t> bytes, int maxPixel,
+                                                          const Orientation& orientation);
+
+/// `fullWidth` and `fullHeight` are the picture's own size before `orientation`, of which the samples may
+/// already be a reduction.
+[[nodiscard]] std::optional<Foundation::Image> finish(const RgbSamples& samples, int fullWidth,
+                                                      int fullHeight, const Orientation& orientation,
+                                                      int maxPixel);
+
+} // namespace VipsPicture
+
+} // namespace PhotoSources
