@@ -1,6 +1,5 @@
-#include <Roamly/AppImageProvider.h>
-
 #include <PhotoSources/ImageDecoder.h>
+#include <Roamly/AppImageProvider.h>
 
 #include <exception>
 #include <utility>

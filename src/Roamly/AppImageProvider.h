@@ -11,13 +11,15 @@
 
 namespace Roamly {
 
-/// Turns any photo reference into decoded pixels of a bounded size. Every failure yields nothing. Thread-safe.
+/// Turns any photo reference into decoded pixels of a bounded size. Every failure yields nothing.
+/// Thread-safe.
 class AppImageProvider {
 public:
     /// Delivers a photo-library photo by its local identifier, its longest side at most the given pixels.
     using LibraryImageLoader = std::function<std::optional<Foundation::Image>(const std::string&, int)>;
 
-    /// `maxPixel` bounds the longest side. Without a `libraryImage` loader, photo-library photos yield nothing.
+    /// `maxPixel` bounds the longest side. Without a `libraryImage` loader, photo-library photos yield
+    /// nothing.
     explicit AppImageProvider(int maxPixel, LibraryImageLoader libraryImage = {});
 
     [[nodiscard]] std::optional<Foundation::Image> image(const ProjectModel::PhotoRef& ref) const;

@@ -19,8 +19,8 @@ public:
     explicit OnceCache(std::size_t limit)
         : m_limit(limit) {}
 
-    /// The kept result, or that of `make()`, which returns a shared pointer. An absent result and an exception
-    /// reach everybody who waits for them and are not kept.
+    /// The kept result, or that of `make()`, which returns a shared pointer. An absent result and an
+    /// exception reach everybody who waits for them and are not kept.
     template <class Make>
     std::shared_ptr<const Value> get(const Key& key, Make make) {
         std::promise<std::shared_ptr<const Value>> promise;

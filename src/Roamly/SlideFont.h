@@ -1,9 +1,7 @@
 #pragma once
 
 #include <QFont>
-#include <QList>
 #include <QString>
-#include <QTextLayout>
 
 namespace Roamly {
 
@@ -20,9 +18,11 @@ enum class Family {
 
 [[nodiscard]] QFont font(Family family, int pixelSize, QFont::Weight weight);
 
-/// Where the text holds emoji, the colour font comes before the text font, which has black-and-white forms of
-/// some of them. For `QTextLayout::setFormats`.
-[[nodiscard]] QList<QTextLayout::FormatRange> emojiFormats(const QString& text, int pixelSize);
+/// For emoji in colour.
+[[nodiscard]] QFont emojiFont(int pixelSize);
+
+/// `font`, but with one family preferred to its own.
+[[nodiscard]] QFont withFirstFamily(const QFont& font, const QString& family);
 
 } // namespace SlideFont
 

@@ -25,7 +25,8 @@ constexpr int ditherRank(int x, int y) {
 /// Rows `firstRow` to `lastRow` (excluded) of the frame; `opacity` gives 0…1 for a row's centre.
 template <class Opacity>
 Export::OverlayBitmap shade(int width, int firstRow, int lastRow, Opacity opacity) {
-    Export::OverlayBitmap bitmap{.x = 0, .y = firstRow, .width = width, .height = lastRow - firstRow, .pixels = {}};
+    Export::OverlayBitmap bitmap{
+        .x = 0, .y = firstRow, .width = width, .height = lastRow - firstRow, .pixels = {}};
     const auto stride = static_cast<std::size_t>(width) * 4;
     bitmap.pixels.resize(stride * static_cast<std::size_t>(bitmap.height));
     for (int y = firstRow; y < lastRow; ++y) {

@@ -19,7 +19,8 @@ inline constexpr double topOpacity = 0.55;
 
 } // namespace SlideShade
 
-/// Rounds `value` (0…255) up or down by the position on the frame, so that an area's mean is the value itself.
+/// Rounds `value` (0…255) up or down by the position on the frame, so that an area's mean is the value
+/// itself.
 [[nodiscard]] std::uint8_t dithered(double value, int x, int y);
 
 } // namespace Roamly

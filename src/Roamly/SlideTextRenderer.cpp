@@ -1,14 +1,12 @@
-#include <Roamly/SlideTextRenderer.h>
-
 #include <Roamly/SlideFont.h>
 #include <Roamly/SlideShade.h>
+#include <Roamly/SlideTextRenderer.h>
 #include <Roamly/TextBlock.h>
 
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
 #include <QRect>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -25,6 +23,7 @@ constexpr int overlayTitleSize = 44;
 constexpr int captionSize = 20;
 constexpr int locationSize = 17;
 constexpr double locationOpacity = 0.9;
+constexpr int symbolSize = 20;
 
 /// What texts keep clear of the frame's edges.
 constexpr int margin = 40;
@@ -77,7 +76,8 @@ QRect inkBounds(const QImage& image) {
     return right < 0 ? QRect() : QRect(QPoint(left, top), QPoint(right, bottom));
 }
 
-/// Crops the layer to its ink, first moving it inside `box` as far as possible and then clipping it to the box.
+/// Crops the layer to its ink, first moving it inside `box` as far as possible and then clipping it to the
+/// box.
 Layer confined(Layer layer, const QRect& box) {
     QRect ink = inkBounds(layer.image);
     if (ink.isEmpty())
@@ -187,21 +187,21 @@ Layer drawLocationSlash(QPoint topLeft, int side, const QRect& box) {
         painter.setRenderHint(QPainter::Antialiasing);
         painter.scale(side, side);
 
-        QPainterPath arrow(QPointF(0.87, 0.13));
-        arrow.lineTo(0.13, 0.44);
+        QPainterPath arrow(QPointF(0.92, 0.08));
+        arrow.lineTo(0.10, 0.43);
         arrow.lineTo(0.49, 0.51);
-        arrow.lineTo(0.56, 0.87);
+        arrow.lineTo(0.57, 0.90);
         arrow.closeSubpath();
-        const QLineF slash(0.14, 0.14, 0.86, 0.86);
+        const QLineF slash(0.10, 0.10, 0.90, 0.90);
 
-        painter.setPen(QPen(Qt::white, 0.095, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.setPen(QPen(Qt::white, 0.08, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
         painter.drawPath(arrow);
         // The stroke stands off the arrow by a gap as wide as itself.
         painter.setCompositionMode(QPainter::CompositionMode_Clear);
-        painter.setPen(QPen(Qt::white, 0.27, Qt::SolidLine, Qt::FlatCap));
+        painter.setPen(QPen(Qt::white, 0.20, Qt::SolidLine, Qt::FlatCap));
         painter.drawLine(slash);
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-        painter.setPen(QPen(Qt::white, 0.095, Qt::SolidLine, Qt::RoundCap));
+        painter.setPen(QPen(Qt::white, 0.08, Qt::SolidLine, Qt::RoundCap));
         painter.drawLine(slash);
     }
     return confined(std::move(layer), box);
@@ -229,10 +229,14 @@ QRect contentBox(Export::FrameSize frame) {
     return QRect(QPoint(margin, margin), QPoint(frame.width - margin - 1, frame.height - margin - 1));
 }
 
-int lineHeight(const QFont& font) { return static_cast<int>(std::ceil(QFontMetricsF(font).height())); }
+int lineHeight(const QFont& font) {
+    return static_cast<int>(std::ceil(QFontMetricsF(font).height()));
+}
 
-/// The title at the top centre. Returns the first row below it, or the top of the content where there is none.
-int appendTitle(std::vector<Export::OverlayBitmap>& bitmaps, std::string_view title, Export::FrameSize frame) {
+/// The title at the top centre. Returns the first row below it, or the top of the content where there is
+/// none.
+int appendTitle(std::vector<Export::OverlayBitmap>& bitmaps, std::string_view title,
+                Export::FrameSize frame) {
     QRect box = contentBox(frame);
     const int noTitleBottom = box.top();
     box.setTop(titleTopMargin);
@@ -261,11 +265,13 @@ void appendColumn(std::vector<Export::OverlayBitmap>& bitmaps, const Timeline::O
     int space = std::min(box.height(), std::max(frame.height / 2 - margin, needed));
     int bottom = box.top() + box.height();
 
-    const int symbolSide = spec.isApproximate ? locationSize : 0;
+    const int symbolSide = spec.isApproximate ? symbolSize : 0;
     const int indent = spec.isApproximate ? symbolSide + symbolSpacing : 0;
-    // Of the two, the place is the shorter: it is laid out first and the caption takes what is left.
+    // Of the two, the place is the shorter: it is laid out first, in no more than half of the space if there is
+    // a caption, which takes what is left.
+    const bool hasCaption = spec.caption && !spec.caption->empty();
     const TextBlock location(spec.locationText.value_or(""), locationFont, TextBlock::Alignment::left,
-                             box.width() - indent, space);
+                             box.width() - indent, hasCaption ? space / 2 : space);
     if (!location.isEmpty()) {
         bottom -= location.height();
         QRect textBox = box;
@@ -310,8 +316,9 @@ std::vector<Export::OverlayBitmap> SlideTextRenderer::chapterCard(std::string_vi
     const QRect box = contentBox(frame);
     const TextBlock block(title, SlideFont::font(SlideFont::Family::display, cardTitleSize, QFont::DemiBold),
                           TextBlock::Alignment::centre, box.width(), box.height());
-    append(bitmaps, drawText(block, box.topLeft() + QPoint((box.width() - block.width()) / 2,
-                                                           (box.height() - block.height()) / 2),
+    append(bitmaps, drawText(block,
+                             box.topLeft() + QPoint((box.width() - block.width()) / 2,
+                                                    (box.height() - block.height()) / 2),
                              box));
     return bitmaps;
 }

@@ -8,9 +8,9 @@
 
 namespace Roamly {
 
-/// Draws the texts of a slideshow into bitmaps, at sizes that are the same in pixels for every frame size. What
-/// does not fit inside the frame's margins is wrapped, then cut short. The bitmaps are cropped to what is drawn
-/// in them and come in the order in which they are to be laid over the frame.
+/// Draws the texts of a slideshow into bitmaps, at sizes that are the same in pixels for every frame size.
+/// What does not fit inside the frame's margins is wrapped, then cut short. The bitmaps are cropped to what
+/// is drawn in them and come in the order in which they are to be laid over the frame.
 ///
 /// Thread-safe and deterministic. A QGuiApplication must exist (any platform plugin, also "offscreen").
 namespace SlideTextRenderer {

@@ -1,8 +1,7 @@
-#include <Roamly/SlideshowFrameSource.h>
-
 #include <Export/Compositor.h>
 #include <Roamly/OnceCache.h>
 #include <Roamly/SlideTextRenderer.h>
+#include <Roamly/SlideshowFrameSource.h>
 
 #include <algorithm>
 #include <exception>
@@ -147,7 +146,8 @@ std::shared_ptr<const Export::YuvFrame> SlideshowFrameSource::State::frame(const
     if (const double opacity = isLeaving ? 1 - state.incomingOpacity : 1; current && opacity > 0)
         layers.push_back({current, motionAt(state.current, state.progress), opacity});
     if (incoming && state.incomingOpacity > 0)
-        layers.push_back({incoming, motionAt(*state.incoming, state.incomingProgress), state.incomingOpacity});
+        layers.push_back(
+            {incoming, motionAt(*state.incoming, state.incomingProgress), state.incomingOpacity});
 
     const TextKey textKey{state.current.overlay, size};
     if (layers.empty())

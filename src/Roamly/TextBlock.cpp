@@ -1,12 +1,9 @@
 #include <Roamly/TextBlock.h>
 
-#include <Roamly/SlideFont.h>
-
-#include <QRegularExpression>
+#include <QString>
 #include <QStringList>
 #include <QTextBoundaryFinder>
 #include <QTextOption>
-
 #include <algorithm>
 #include <cmath>
 
@@ -21,7 +18,7 @@ constexpr qsizetype maxLength = 40'000;
 constexpr int maxBalancedLines = 4;
 
 /// The text's paragraphs, free of characters that are neither shown nor steer how others are shown.
-QStringList paragraphs(std::string_view text) {
+std::vector<StyledText> paragraphs(std::string_view text, const QFont& font) {
     QString string = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
     string.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     for (QChar& character : string) {
@@ -49,15 +46,22 @@ QStringList paragraphs(std::string_view text) {
         finder.toPreviousBoundary();
         string.truncate(finder.position());
     }
-    return string.isEmpty() ? QStringList() : string.split(u'\n');
+    std::vector<StyledText> result;
+    if (!string.isEmpty()) {
+        for (const QString& paragraph : string.split(u'\n'))
+            result.emplace_back(paragraph, font);
+    }
+    return result;
 }
 
 /// The direction of the first letter that has one.
-Qt::LayoutDirection directionOf(const QString& paragraph) {
-    return paragraph.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
+Qt::LayoutDirection directionOf(const StyledText& paragraph) {
+    return paragraph.text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
 }
 
-int ceiled(qreal value) { return static_cast<int>(std::ceil(value)); }
+int ceiled(qreal value) {
+    return static_cast<int>(std::ceil(value));
+}
 
 } // namespace
 
@@ -68,33 +72,33 @@ TextBlock::TextBlock(std::string_view text, const QFont& font, Alignment alignme
     // In less than the width of one ideograph there is nothing to read.
     if (maxWidth < font.pixelSize())
         return;
-    const QStringList parts = paragraphs(text);
+    const std::vector<StyledText> parts = paragraphs(text, font);
     layOut(parts, maxWidth, maxHeight);
     if (alignment == Alignment::centre && parts.size() == 1 && !m_isElided && lineCount() > 1 &&
         lineCount() <= maxBalancedLines)
         balance(parts, maxHeight);
 }
 
-QTextLayout& TextBlock::addLayout(const QString& text, Qt::LayoutDirection direction) {
-    QTextLayout& layout = *m_layouts.emplace_back(std::make_unique<QTextLayout>(text, m_font));
+QTextLayout& TextBlock::addLayout(const StyledText& text, Qt::LayoutDirection direction) {
+    QTextLayout& layout = *m_layouts.emplace_back(std::make_unique<QTextLayout>(text.text, m_font));
     QTextOption option(m_alignment == Alignment::centre ? Qt::Alignment(Qt::AlignHCenter)
                                                         : Qt::AlignLeft | Qt::AlignAbsolute);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setTextDirection(direction);
     layout.setTextOption(option);
-    layout.setFormats(SlideFont::emojiFormats(text, m_font.pixelSize()));
+    layout.setFormats(text.formats);
     layout.setCacheEnabled(true);
     return layout;
 }
 
-void TextBlock::layOut(const QStringList& paragraphs, int width, int maxHeight) {
+void TextBlock::layOut(const std::vector<StyledText>& paragraphs, int width, int maxHeight) {
     m_layouts.clear();
     m_lines.clear();
     m_layoutWidth = width;
     m_width = 0;
     m_height = 0;
     m_isElided = false;
-    for (qsizetype i = 0; i < paragraphs.size() && !m_isElided; ++i) {
+    for (std::size_t i = 0; i < paragraphs.size() && !m_isElided; ++i) {
         QTextLayout& layout = addLayout(paragraphs[i], directionOf(paragraphs[i]));
         layout.beginLayout();
         while (!m_isElided) {
@@ -120,26 +124,24 @@ void TextBlock::layOut(const QStringList& paragraphs, int width, int maxHeight) 
         m_width = std::max(m_width, std::min(width, ceiled(line.line.naturalTextWidth())));
 }
 
-void TextBlock::elideLastLine(const QString& paragraph, int width) {
+void TextBlock::elideLastLine(const StyledText& paragraph, int width) {
     Line& last = m_lines.back();
-    const QString text = paragraph.mid(last.line.textStart(), last.line.textLength());
+    const int start = last.line.textStart();
+    const QString text = paragraph.text.mid(start, last.line.textLength());
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
-    std::vector<qsizetype> cuts{0};
+    std::vector<int> cuts{0};
     for (qsizetype next = finder.toNextBoundary(); next > 0; next = finder.toNextBoundary())
-        cuts.push_back(next);
+        cuts.push_back(static_cast<int>(next));
 
-    const auto attempt = [&](qsizetype length) {
-        QString shortened = text.left(length);
-        while (!shortened.isEmpty() && shortened.back().isSpace())
-            shortened.chop(1);
-        QTextLayout& layout = addLayout(shortened + QChar(0x2026), directionOf(paragraph));
+    const auto attempt = [&](int length) {
+        QTextLayout& layout = addLayout(paragraph.elided(start, length), directionOf(paragraph));
         layout.beginLayout();
         QTextLine line = layout.createLine();
         line.setLineWidth(width);
         layout.endLayout();
         return line;
     };
-    const auto fits = [&](qsizetype length) {
+    const auto fits = [&](int length) {
         const QTextLine line = attempt(length);
         const bool isWhole = m_layouts.back()->text().size() == line.textLength();
         const bool isInside = line.naturalTextWidth() <= width;
@@ -155,7 +157,7 @@ void TextBlock::elideLastLine(const QString& paragraph, int width) {
     last.line = attempt(*low);
 }
 
-void TextBlock::balance(const QStringList& paragraphs, int maxHeight) {
+void TextBlock::balance(const std::vector<StyledText>& paragraphs, int maxHeight) {
     const int lines = lineCount();
     const int wholeWidth = m_layoutWidth;
     int tooNarrow = wholeWidth / (lines + 1);
@@ -170,7 +172,8 @@ void TextBlock::balance(const QStringList& paragraphs, int maxHeight) {
 
 void TextBlock::draw(QPainter& painter, QPoint position) const {
     // The lines were laid out in a box that may be wider than the widest of them.
-    const int left = m_alignment == Alignment::centre ? position.x() - (m_layoutWidth - m_width) / 2 : position.x();
+    const int left =
+        m_alignment == Alignment::centre ? position.x() - (m_layoutWidth - m_width) / 2 : position.x();
     for (const Line& line : m_lines) {
         // Baselines on whole pixels keep the horizontal strokes of letters crisp.
         const qreal baseline = std::round(line.line.ascent());

@@ -1,10 +1,10 @@
 #pragma once
 
+#include <Roamly/StyledText.h>
+
 #include <QFont>
 #include <QPainter>
-#include <QString>
 #include <QTextLayout>
-
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -12,8 +12,8 @@
 namespace Roamly {
 
 /// A text laid out into a box: wrapped at word boundaries, or anywhere if need be, and cut short with an
-/// ellipsis where it would be taller than the box. Each line of the text is a paragraph of its own, running in
-/// the direction its first letters ask for.
+/// ellipsis where it would be taller than the box. Each line of the text is a paragraph of its own, running
+/// in the direction its first letters ask for.
 class TextBlock {
 public:
     enum class Alignment {
@@ -31,8 +31,8 @@ public:
     [[nodiscard]] int width() const { return m_width; }
     [[nodiscard]] int height() const { return m_height; }
 
-    /// Draws the block with its top-left corner at `position`. Strokes of letters may reach a little beyond the
-    /// block's bounds.
+    /// Draws the block with its top-left corner at `position`. Strokes of letters may reach a little beyond
+    /// the block's bounds.
     void draw(QPainter& painter, QPoint position) const;
 
 private:
@@ -42,10 +42,10 @@ private:
         int y = 0;
     };
 
-    void layOut(const QStringList& paragraphs, int width, int maxHeight);
-    void balance(const QStringList& paragraphs, int maxHeight);
-    void elideLastLine(const QString& paragraph, int width);
-    QTextLayout& addLayout(const QString& text, Qt::LayoutDirection direction);
+    void layOut(const std::vector<StyledText>& paragraphs, int width, int maxHeight);
+    void balance(const std::vector<StyledText>& paragraphs, int maxHeight);
+    void elideLastLine(const StyledText& paragraph, int width);
+    QTextLayout& addLayout(const StyledText& text, Qt::LayoutDirection direction);
 
     QFont m_font;
     Alignment m_alignment;
