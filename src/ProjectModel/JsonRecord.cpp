@@ -1,8 +1,22 @@
 #include "JsonRecord.h"
 
+#include <Foundation/Bytes.h>
+#include <Foundation/JsonWriter.h>
+
 #include <algorithm>
 
 namespace ProjectModel {
+
+std::string excerpt(std::string_view text) {
+    constexpr std::size_t longest = 40;
+    std::string shown{text.substr(0, longest)};
+    if (shown.size() < text.size()) {
+        while (!Foundation::isValidUtf8(shown))
+            shown.pop_back();
+        shown += "…";
+    }
+    return Foundation::JsonWriter{Foundation::JsonWriter::Layout::Compact}.value(shown).text();
+}
 
 ProjectFileError errorAt(const JsonPlace& place, ProjectFileError::Kind kind, const std::string& predicate) {
     return {kind, place.text() + predicate};
@@ -21,7 +35,8 @@ JsonRecord::JsonRecord(const JsonValue& value, const JsonPlace& place)
     const auto twin = std::adjacent_find(m_members->begin(), m_members->end(),
                                          [](const auto& a, const auto& b) { return a.key == b.key; });
     if (twin != m_members->end())
-        throw errorAt(place, ProjectFileError::Kind::dataCorrupted, " holds one member twice.");
+        throw errorAt(place, ProjectFileError::Kind::dataCorrupted,
+                      " holds " + excerpt(twin->key) + " twice.");
 }
 
 const JsonValue* JsonRecord::find(std::string_view key) const {

@@ -13,6 +13,9 @@
 
 namespace ProjectModel {
 
+/// The text as JSON for a sentence, cut short: what stands in a damaged file can be anything.
+[[nodiscard]] std::string excerpt(std::string_view text);
+
 /// The sentence that begins with the place, as an error.
 [[nodiscard]] ProjectFileError errorAt(const JsonPlace& place, ProjectFileError::Kind kind,
                                        const std::string& predicate);

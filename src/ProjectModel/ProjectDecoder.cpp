@@ -1,6 +1,5 @@
 #include "JsonRecord.h"
 
-#include <Foundation/JsonWriter.h>
 #include <ProjectModel/ProjectFile.h>
 
 #include <cmath>
@@ -11,18 +10,6 @@ namespace ProjectModel {
 namespace {
 
 using Kind = ProjectFileError::Kind;
-
-/// As JSON text, cut short: what stands in a damaged file can be anything.
-std::string excerpt(std::string_view text) {
-    constexpr std::size_t longest = 40;
-    std::string shown{text.substr(0, longest)};
-    if (shown.size() < text.size()) {
-        while (!Foundation::isValidUtf8(shown))
-            shown.pop_back();
-        shown += "…";
-    }
-    return Foundation::JsonWriter{Foundation::JsonWriter::Layout::Compact}.value(shown).text();
-}
 
 const std::string& readText(const JsonValue& value, const JsonPlace& place) {
     const auto* text = std::get_if<std::string>(&value.content);
