@@ -10,6 +10,8 @@
 
 namespace PhotoSources {
 
+class RegularFile;
+
 struct ImageFileMetadata {
     std::optional<Foundation::Instant> captureDate;
     std::optional<ProjectModel::Coordinate> coordinate;
@@ -23,9 +25,10 @@ namespace ImageFileMetadataReader {
 
 /// Never fails: what cannot be read is absent. Thread-safe.
 [[nodiscard]] ImageFileMetadata read(const std::filesystem::path& file);
+[[nodiscard]] ImageFileMetadata read(const RegularFile& file);
 
-/// `text` as "2023:07:14 18:22:05", `offset` as "+02:00"; without a usable offset the text is wall-clock time in
-/// the machine's zone.
+/// `text` as "2023:07:14 18:22:05", `offset` as "+02:00"; without a usable offset the text is wall-clock time
+/// in the machine's zone.
 [[nodiscard]] std::optional<Foundation::Instant> parseExifDate(std::string_view text,
                                                                const std::optional<std::string>& offset);
 

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <PhotoSources/ExifTags.h>
+
+#include <filesystem>
+
+namespace PhotoSources {
+
+/// The tags of a regular file as the Exiv2 library reads them, for the rarer formats. Never fails: what
+/// cannot be read is absent. Thread-safe.
+[[nodiscard]] ExifTags readExiv2Tags(const std::filesystem::path& file);
+
+} // namespace PhotoSources
