@@ -50,6 +50,14 @@ std::optional<Foundation::Image> developed(LibRaw& raw, int maxPixel, const Orie
     params.gamm[0] = 1 / 2.4;
     params.gamm[1] = 12.92;
     params.user_flip = 0; // turned here, after scaling
+    if (raw.is_coolscan_nef()) {
+        // A film scanner's "raw" holds finished colours: pass them through.
+        params.use_camera_wb = 0;
+        params.output_color = 0;
+        params.no_auto_scale = 1;
+        params.no_auto_bright = 1;
+        params.gamm[0] = params.gamm[1] = 1;
+    }
     params.half_size = std::max(sizes.iwidth, sizes.iheight) / 2 >= maxPixel ? 1 : 0;
     if (raw.unpack() != LIBRAW_SUCCESS || raw.error_count() > 0)
         return std::nullopt;
@@ -70,6 +78,9 @@ std::optional<Foundation::Image> developed(LibRaw& raw, int maxPixel, const Orie
             std::fill_n(samples.bytes.begin() + static_cast<std::ptrdiff_t>(i * 3), 3, samples.bytes[i]);
     }
     raw.recycle();
+    // A file whose samples were cut off may "unpack" to nothing but one value.
+    if (std::equal(samples.bytes.begin() + 3, samples.bytes.end(), samples.bytes.begin()))
+        return std::nullopt;
     return VipsPicture::finish(samples, width, height, orientation, maxPixel);
 }
 
