@@ -1,3 +1,5 @@
+#include <PhotoSources/HeifContainer.h>
+#include <PhotoSources/HeifDecoder.h>
 #include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/ImageFile.h>
 #include <PhotoSources/ImageFormat.h>
@@ -10,6 +12,17 @@ namespace PhotoSources::ImageDecoder {
 
 namespace {
 
+std::optional<Foundation::Image> decodeHeif(const ImageFile& file, int maxPixel) {
+    constexpr std::uint64_t mostBytes = 256U << 20;
+    const std::optional<std::vector<std::uint8_t>> bytes = file.readAll(mostBytes);
+    if (!bytes)
+        return std::nullopt;
+    const std::optional<ColourCoding> coding = HeifContainer::readUntaggedCoding(*bytes);
+    if (auto image = VipsPicture::decode(file, ImageFormat::heif, maxPixel, coding))
+        return image;
+    return HeifDecoder::decode(*bytes, maxPixel);
+}
+
 std::optional<Foundation::Image> decodeOpened(const ImageFile& file, int maxPixel) {
     const ImageFormat format = imageFormatOf(file);
     switch (format) {
@@ -17,6 +30,8 @@ std::optional<Foundation::Image> decodeOpened(const ImageFile& file, int maxPixe
         return std::nullopt;
     case ImageFormat::cameraRaw:
         return RawDecoder::decode(file, maxPixel);
+    case ImageFormat::heif:
+        return decodeHeif(file, maxPixel);
     default:
         return VipsPicture::decode(file, format, maxPixel);
     }
