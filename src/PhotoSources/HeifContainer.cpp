@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <string_view>
 #include <utility>
 
 namespace PhotoSources::HeifContainer {
@@ -92,6 +93,8 @@ struct Item {
     std::vector<std::size_t> properties;
     /// Items this one is derived from.
     std::vector<ItemId> derivedFrom;
+    /// Auxiliary pictures (transparency, depth, gain map) that go with this item.
+    std::vector<ItemId> auxiliaries;
 };
 
 /// The items and properties of the file's meta box.
@@ -254,18 +257,20 @@ private:
         const FullBox box = readFullBox(reader);
         const std::size_t idSize = box.version == 0 ? 2 : 4;
         for (const Box& reference : boxesIn(reader.rest())) {
-            if (reference.type != fourCC("dimg"))
+            if (reference.type != fourCC("dimg") && reference.type != fourCC("auxl"))
                 continue;
             ByteReader ids(reference.payload);
             const auto from = static_cast<ItemId>(ids.number(idSize));
             const std::uint16_t count = ids.u16();
             const auto found = m_items.find(from);
-            if (found == m_items.end() || !found->second.derivedFrom.empty())
-                continue;
-            for (std::uint16_t i = 0; i < count && !ids.failed(); ++i) {
+            for (std::uint16_t i = 0; i < count && !ids.failed() && found != m_items.end(); ++i) {
                 const auto id = static_cast<ItemId>(ids.number(idSize));
-                if (!ids.failed())
+                if (ids.failed())
+                    break;
+                if (reference.type == fourCC("dimg"))
                     found->second.derivedFrom.push_back(id);
+                else if (const auto owner = m_items.find(id); owner != m_items.end())
+                    owner->second.auxiliaries.push_back(from);
             }
         }
     }
@@ -425,6 +430,27 @@ private:
     std::map<std::size_t, std::shared_ptr<const HevcParameters>> m_parameters;
 };
 
+/// Whether one of the item's auxiliary pictures is its transparency.
+bool hasAlpha(const Meta& meta, const Item& item) {
+    static constexpr std::string_view kinds[] = {"urn:mpeg:hevc:2015:auxid:1",
+                                                 "urn:mpeg:mpegB:cicp:systems:auxiliary:alpha"};
+    for (const ItemId id : item.auxiliaries) {
+        const Item* auxiliary = meta.item(id);
+        for (const std::size_t index : auxiliary->properties) {
+            if (index >= meta.propertyCount() || meta.property(index).type != fourCC("auxC"))
+                continue;
+            ByteReader reader(meta.property(index).payload);
+            readFullBox(reader);
+            const Bytes text = reader.rest();
+            if (std::ranges::any_of(kinds, [text](std::string_view kind) {
+                    return text.size() >= kind.size() && std::equal(kind.begin(), kind.end(), text.begin());
+                }))
+                return true;
+        }
+    }
+    return false;
+}
+
 bool isHevc(const Item& item) {
     return item.type == fourCC("hvc1") || item.type == fourCC("hev1");
 }
@@ -460,11 +486,14 @@ std::optional<HeifPicture> gridOf(const Meta& meta, const Item& item, PropertyRe
             return std::nullopt;
         picture.tiles.push_back(std::move(*tile));
     }
-    // Tiles are cut from one raster: all have the first one's size, and together they cover the picture.
+    // Tiles are cut from one raster: all have the first one's size, and together they cover the picture, none
+    // lying outside (which would be work for nothing).
     const HeifTile& first = picture.tiles.front();
-    if (first.width < 1 || first.height < 1 ||
-        static_cast<std::int64_t>(first.width) * picture.columns < picture.width ||
-        static_cast<std::int64_t>(first.height) * picture.rows < picture.height)
+    const auto covers = [](std::int64_t tile, std::int64_t count, std::int64_t whole) {
+        return tile * count >= whole && tile * (count - 1) < whole;
+    };
+    if (!covers(first.width, picture.columns, picture.width) ||
+        !covers(first.height, picture.rows, picture.height))
         return std::nullopt;
     for (const HeifTile& tile : picture.tiles) {
         if (tile.width != first.width || tile.height != first.height)
@@ -514,7 +543,10 @@ std::optional<HeifPicture> readHevcPicture(Bytes file) {
     if (!meta)
         return std::nullopt;
     PropertyReader reader(*meta);
-    return pictureOf(*meta, meta->primary(), reader, 0);
+    std::optional<HeifPicture> picture = pictureOf(*meta, meta->primary(), reader, 0);
+    if (picture)
+        picture->hasAlpha = hasAlpha(*meta, *meta->item(meta->primary()));
+    return picture;
 }
 
 std::optional<ColourCoding> readUntaggedCoding(Bytes file) {

@@ -53,6 +53,8 @@ struct HeifPicture {
     std::optional<ColourCoding> coding;
     /// Empty where there is none.
     std::span<const std::uint8_t> iccProfile;
+    /// Another item holds the transparency; it is not read here.
+    bool hasAlpha = false;
 };
 
 /// Reads the boxes of a HEIF file (ISO/IEC 23008-12 in ISO/IEC 14496-12) as far as showing its primary

@@ -17,10 +17,16 @@ namespace {
 /// The largest phone sensors have 200 megapixels.
 constexpr std::uint64_t mostPixels = 220'000'000;
 /// One coded picture, decoded, takes up to six bytes a pixel and the decoder's own notes.
-constexpr std::uint64_t mostTilePixels = 64'000'000;
+constexpr std::uint64_t mostSinglePixels = 64'000'000;
+/// Several tiles are decoded at a time.
+constexpr std::uint64_t mostTilePixels = 16'000'000;
 /// Of the picture put together, after reduction.
 constexpr std::uint64_t mostAssembledBytes = 400'000'000;
 constexpr int mostThreads = 4;
+
+std::uint64_t mostPixelsOfATile(const HeifPicture& picture) {
+    return picture.tiles.size() == 1 ? mostSinglePixels : mostTilePixels;
+}
 
 struct Rectangle {
     int left = 0;
@@ -114,16 +120,24 @@ int reductionFor(const HeifPicture& picture, const View& view, int maxPixel, int
 
 /// The coding of a tile: the container's word goes before the stream's.
 ColourCoding codingOf(const HeifPicture& picture, const HevcPlanes& planes) {
-    return picture.coding ? *picture.coding : planes.coding;
+    constexpr int unspecified = 2;
+    if (!picture.coding)
+        return planes.coding;
+    ColourCoding coding = *picture.coding;
+    if (coding.matrix == unspecified)
+        coding.matrix = planes.coding.matrix;
+    return coding;
 }
 
-/// Puts the picture together from its tiles.
+/// Puts the picture together from its tiles, of which the first has been decoded.
 class Assembly {
 public:
-    Assembly(const HeifPicture& picture, int reduction, RgbSamples& samples)
+    Assembly(const HeifPicture& picture, const HevcPlanes& first, int reduction, RgbSamples& samples)
         : m_picture(picture)
         , m_reduction(reduction)
-        , m_samples(samples) {}
+        , m_samples(samples) {
+        place(0, first);
+    }
 
     /// Takes part in the work until it is done or has failed; called by every thread that shares it.
     void work() noexcept {
@@ -141,18 +155,15 @@ public:
 
 private:
     void decodeTiles() {
-        HevcDecoder decoder(mostTilePixels);
+        HevcDecoder decoder(mostPixelsOfATile(m_picture));
         while (!m_failed) {
             const std::size_t index = m_next++;
             if (index >= m_picture.tiles.size())
                 return;
-            const std::optional<HevcPlanes> planes = decoder.decode(m_picture.tiles[index]);
-            if (planes)
+            if (const std::optional<HevcPlanes> planes = decoder.decode(m_picture.tiles[index]))
                 place(index, *planes);
             else
                 ++m_missing;
-            if (index == 0 && !planes)
-                m_failed = true;
         }
     }
 
@@ -179,7 +190,7 @@ private:
     const HeifPicture& m_picture;
     int m_reduction;
     RgbSamples& m_samples;
-    std::atomic<std::size_t> m_next = 0;
+    std::atomic<std::size_t> m_next = 1;
     std::atomic<std::size_t> m_missing = 0;
     std::atomic<bool> m_failed = false;
 };
@@ -202,26 +213,24 @@ void crop(RgbSamples& samples, const Rectangle& part) {
 
 } // namespace
 
-std::optional<Foundation::Image> decode(std::span<const std::uint8_t> file, int maxPixel) {
-    const std::optional<HeifPicture> picture = HeifContainer::readHevcPicture(file);
-    if (!picture ||
-        static_cast<std::uint64_t>(picture->width) * static_cast<std::uint64_t>(picture->height) > mostPixels)
+std::optional<Foundation::Image> decode(const HeifPicture& picture, int maxPixel) {
+    if (static_cast<std::uint64_t>(picture.width) * static_cast<std::uint64_t>(picture.height) > mostPixels)
         return std::nullopt;
 
     // The first tile tells the depth, which decides how the picture is kept.
-    HevcDecoder probe(mostTilePixels);
-    const std::optional<HevcPlanes> first = probe.decode(picture->tiles.front());
+    HevcDecoder decoder(mostPixelsOfATile(picture));
+    const std::optional<HevcPlanes> first = decoder.decode(picture.tiles.front());
     if (!first)
         return std::nullopt;
     RgbSamples samples;
     samples.bitsPerChannel = first->planes[0].bits > 8 ? 16 : 8;
-    const ColourCoding coding = codingOf(*picture, *first);
+    const ColourCoding coding = codingOf(picture, *first);
 
-    const View view = viewOf(*picture);
+    const View view = viewOf(picture);
     const int pixelBytes = samples.bitsPerChannel > 8 ? 6 : 3;
-    const int reduction = reductionFor(*picture, view, maxPixel, pixelBytes);
-    samples.width = picture->width / reduction;
-    samples.height = picture->height / reduction;
+    const int reduction = reductionFor(picture, view, maxPixel, pixelBytes);
+    samples.width = picture.width / reduction;
+    samples.height = picture.height / reduction;
     const std::uint64_t bytes = static_cast<std::uint64_t>(samples.width) *
                                 static_cast<std::uint64_t>(samples.height) *
                                 static_cast<std::uint64_t>(pixelBytes);
@@ -229,9 +238,9 @@ std::optional<Foundation::Image> decode(std::span<const std::uint8_t> file, int 
         return std::nullopt;
     samples.bytes.resize(static_cast<std::size_t>(bytes));
 
-    Assembly assembly(*picture, reduction, samples);
+    Assembly assembly(picture, *first, reduction, samples);
     const int cores = static_cast<int>(std::max(1U, std::thread::hardware_concurrency()));
-    const int threads = std::min({cores, mostThreads, static_cast<int>(picture->tiles.size())});
+    const int threads = std::min({cores, mostThreads, static_cast<int>(picture.tiles.size())});
     {
         std::vector<std::jthread> helpers;
         for (int i = 1; i < threads; ++i)
@@ -245,8 +254,8 @@ std::optional<Foundation::Image> decode(std::span<const std::uint8_t> file, int 
     part.width = std::clamp(view.part.width / reduction, 1, samples.width - part.left);
     part.height = std::clamp(view.part.height / reduction, 1, samples.height - part.top);
     crop(samples, part);
-    if (!picture->iccProfile.empty())
-        samples.iccProfile.assign(picture->iccProfile.begin(), picture->iccProfile.end());
+    if (!picture.iccProfile.empty())
+        samples.iccProfile.assign(picture.iccProfile.begin(), picture.iccProfile.end());
     else if (std::optional<ColourProfile::Bytes> profile = ColourProfile::forCoding(coding))
         samples.iccProfile = std::move(*profile);
     return VipsPicture::finish(samples, view.part.width, view.part.height, view.orientation, maxPixel);
