@@ -24,7 +24,11 @@ struct Placement {
     double scale = 1;
 };
 
-/// Nothing when the motion is no motion (not finite, or shrunk to nothing).
+/// Sizes, in frame pixels, between which a drawn photo can be scaled at all and can be seen.
+constexpr double smallest = 1.0 / 64;
+constexpr double largest = 1e9;
+
+/// Nothing when no picture can come of the motion: not finite, or scaled out of all proportion.
 std::optional<Placement> placementOf(const PhotoLayer& layer, FrameSize size) {
     const double frameWidth = size.width;
     const double frameHeight = size.height;
@@ -36,22 +40,28 @@ std::optional<Placement> placementOf(const PhotoLayer& layer, FrameSize size) {
     // Both displacements count in frame widths.
     result.left = (frameWidth - result.width) / 2 + frameWidth * layer.motion.offset.width;
     result.top = (frameHeight - result.height) / 2 + frameWidth * layer.motion.offset.height;
-    const bool sane = std::isfinite(result.left) && std::isfinite(result.top) &&
-                      std::isfinite(result.width) && std::isfinite(result.height) && result.scale > 0;
+    const double longer = std::max(result.width, result.height);
+    const bool sane = std::isfinite(result.left) && std::isfinite(result.top) && result.scale > 0 &&
+                      longer >= smallest && longer <= largest;
     return sane ? std::optional(result) : std::nullopt;
 }
 
 /// The samples of one row or column of a plane that a photo covers: [first, last), the outermost of them
-/// perhaps in part.
+/// perhaps in part. What a sample stands for beyond the border of the frame does not count.
 class Coverage {
 public:
-    Coverage(double from, double to, int count)
+    /// The photo lies between `from` and `to`, the frame between `low` and `high`; there are `count` samples.
+    Coverage(double from, double to, double low, double high, int count)
         : m_from(from)
-        , m_to(to) {
-        m_first = within(std::floor(from), 0, count);
-        m_last = within(std::ceil(to), 0, count);
-        m_innerFirst = within(std::ceil(from), m_first, m_last);
-        m_innerLast = within(std::floor(to), m_innerFirst, m_last);
+        , m_to(to)
+        , m_low(low)
+        , m_high(high) {
+        m_first = from <= low ? 0 : within(std::floor(from), 0, count);
+        m_last = to >= high ? count : within(std::ceil(to), m_first, count);
+        if (to <= low || from >= high)
+            m_last = m_first;
+        m_innerFirst = from <= low ? 0 : within(std::ceil(from), m_first, m_last);
+        m_innerLast = to >= high ? m_last : within(std::floor(to), m_innerFirst, m_last);
     }
 
     [[nodiscard]] int first() const { return m_first; }
@@ -60,7 +70,9 @@ public:
 
     /// How much of sample `i` is covered, 0…1.
     [[nodiscard]] double of(int i) const {
-        return std::clamp(std::min(m_to, i + 1.0) - std::max(m_from, static_cast<double>(i)), 0.0, 1.0);
+        const double left = std::max(m_low, static_cast<double>(i));
+        const double right = std::min(m_high, i + 1.0);
+        return std::clamp((std::min(m_to, right) - std::max(m_from, left)) / (right - left), 0.0, 1.0);
     }
 
     /// The samples [innerFirst, innerLast) are covered whole.
@@ -75,6 +87,8 @@ private:
 
     double m_from;
     double m_to;
+    double m_low;
+    double m_high;
     int m_first = 0;
     int m_last = 0;
     int m_innerFirst = 0;
@@ -88,6 +102,7 @@ struct Canvas {
     int width = 0;
     int height = 0;
     SampleGrid grid;
+    FrameSize frameSize;
     /// The value of black.
     std::uint8_t ground = 0;
 
@@ -97,6 +112,7 @@ struct Canvas {
         , width(frame.planeWidth(plane))
         , height(frame.planeHeight(plane))
         , grid(plane == 0 ? SampleGrid::full() : SampleGrid::halved())
+        , frameSize(frame.size())
         , ground(plane == 0 ? 16 : 128) {}
 
     [[nodiscard]] std::uint8_t* row(int y) const { return samples + y * stride; }
@@ -117,9 +133,9 @@ public:
         , m_placement(placement)
         , m_opacity(layer.opacity)
         , m_columns(canvas.grid.planeX(placement.left), canvas.grid.planeX(placement.left + placement.width),
-                    canvas.width)
+                    canvas.grid.planeX(0), canvas.grid.planeX(canvas.frameSize.width), canvas.width)
         , m_rows(canvas.grid.planeY(placement.top), canvas.grid.planeY(placement.top + placement.height),
-                 canvas.height) {}
+                 canvas.grid.planeY(0), canvas.grid.planeY(canvas.frameSize.height), canvas.height) {}
 
     void drawOverBlack() {
         if (isEmpty()) {
@@ -175,10 +191,12 @@ private:
         zimg_image_format from = ZimgGraph::planeFormat(m_source.width, m_source.height);
         from.active_region.left = sourceX(m_origin);
         from.active_region.top = sourceY(m_rows.first());
-        from.active_region.width = sourceX(m_columns.last()) - from.active_region.left;
-        from.active_region.height = sourceY(m_rows.last()) - from.active_region.top;
-        const zimg_image_format to =
-            ZimgGraph::planeFormat(m_columns.last() - m_origin, m_rows.last() - m_rows.first());
+        const int width = m_columns.last() - m_origin;
+        const int height = m_rows.last() - m_rows.first();
+        const double step = m_canvas.grid.pitch / (m_placement.scale * m_source.grid.pitch);
+        from.active_region.width = width * step;
+        from.active_region.height = height * step;
+        const zimg_image_format to = ZimgGraph::planeFormat(width, height);
         return ZimgGraph(from, to, ZimgGraph::defaultParameters());
     }
 

@@ -39,7 +39,8 @@ zimg_graph_builder_params ZimgGraph::defaultParameters() {
     result.resample_filter_uv = ZIMG_RESIZE_BICUBIC;
     result.filter_param_a_uv = 0;
     result.filter_param_b_uv = 0.5;
-    result.cpu_type = ZIMG_CPU_AUTO_64B;
+    // Not the 64-byte variety: the AVX-512 loops of zimg 3.0.4 scale some widths wrongly.
+    result.cpu_type = ZIMG_CPU_AUTO;
     return result;
 }
 
