@@ -56,6 +56,8 @@ void clearTarget(const fs::path& target, const std::optional<fs::path>& music) {
         throw ExportError(ExportError::Kind::writerSetupFailed, target.string() + ": " + reason);
     };
     std::error_code error;
+    if (fs::is_symlink(fs::symlink_status(target, error)))
+        refuse("the symbolic links lead nowhere");
     const fs::file_status status = fs::status(target, error);
     if (fs::is_directory(status))
         refuse("this is a folder");

@@ -15,9 +15,9 @@ namespace Export {
 
 namespace {
 
-ExportError musicError(const std::filesystem::path& file, const std::string& reason) {
-    return ExportError(ExportError::Kind::appendFailed, "music " + file.string() + ": " + reason);
-}
+/// Sound at other rates than these is damaged; a file that claims one sample a second would fill the memory.
+constexpr int lowestRate = 1000;
+constexpr int highestRate = 1'000'000;
 
 /// How many of the input's channels go into each of the two; nothing where the resampler knows better.
 std::vector<double> ownMatrix(int channelCount, bool isKnown) {
@@ -37,6 +37,8 @@ std::vector<double> ownMatrix(int channelCount, bool isKnown) {
 
 /// Nothing when there is no way from that kind of sound to ours.
 Libav::Resampler makeResampler(const AVFrame& frame) {
+    if (frame.sample_rate < lowestRate || frame.sample_rate > highestRate)
+        return nullptr;
     const int channels = frame.ch_layout.nb_channels;
     Libav::ChannelLayout layout(frame.ch_layout);
     if (layout.get()->order == AV_CHANNEL_ORDER_UNSPEC)
@@ -62,18 +64,19 @@ Libav::Resampler makeResampler(const AVFrame& frame) {
 
 } // namespace
 
-MusicReader::MusicReader(const std::filesystem::path& file, std::stop_token stop)
-    : m_stop(std::make_unique<std::stop_token>(std::move(stop)))
+MusicReader::MusicReader(std::filesystem::path file, std::stop_token stop)
+    : m_file(std::move(file))
+    , m_stop(std::make_unique<std::stop_token>(std::move(stop)))
     , m_packet(Libav::makePacket())
     , m_frame(Libav::makeFrame()) {
-    openInput(file);
-    openDecoder(file);
+    openInput();
+    openDecoder();
 }
 
-void MusicReader::openInput(const std::filesystem::path& file) {
+void MusicReader::openInput() {
     std::error_code error;
-    if (!std::filesystem::is_regular_file(file, error))
-        throw musicError(file, error ? error.message() : "not a file");
+    if (!std::filesystem::is_regular_file(m_file, error))
+        fail(error ? error.message() : "not a file");
 
     AVFormatContext* input = avformat_alloc_context();
     if (!input)
@@ -87,14 +90,14 @@ void MusicReader::openInput(const std::filesystem::path& file) {
     options.set("protocol_whitelist", "file");
     // Frees the context when it fails.
     const int opened =
-        avformat_open_input(&input, Libav::fileUrl(file.string()).c_str(), nullptr, options.get());
+        avformat_open_input(&input, Libav::fileUrl(m_file.string()).c_str(), nullptr, options.get());
     if (opened < 0)
-        throw musicError(file, Libav::errorText(opened));
+        fail(Libav::errorText(opened));
     m_input.reset(input);
 
     const int probed = avformat_find_stream_info(input, nullptr);
     if (probed < 0)
-        throw musicError(file, Libav::errorText(probed));
+        fail(Libav::errorText(probed));
     for (unsigned stream = 0; stream < input->nb_streams; ++stream) {
         const bool isSound = input->streams[stream]->codecpar->codec_type == AVMEDIA_TYPE_AUDIO;
         if (isSound && m_stream < 0)
@@ -103,14 +106,14 @@ void MusicReader::openInput(const std::filesystem::path& file) {
             input->streams[stream]->discard = AVDISCARD_ALL;
     }
     if (m_stream < 0)
-        throw musicError(file, "there is no audio track in it");
+        fail("there is no audio track in it");
 }
 
-void MusicReader::openDecoder(const std::filesystem::path& file) {
+void MusicReader::openDecoder() {
     const AVStream& stream = *m_input->streams[m_stream];
     const AVCodec* codec = avcodec_find_decoder(stream.codecpar->codec_id);
     if (!codec)
-        throw musicError(file, "its kind of sound cannot be decoded");
+        fail("its kind of sound cannot be decoded");
     m_decoder.reset(avcodec_alloc_context3(codec));
     if (!m_decoder)
         throw std::bad_alloc();
@@ -121,7 +124,14 @@ void MusicReader::openDecoder(const std::filesystem::path& file) {
         result = avcodec_open2(m_decoder.get(), codec, nullptr);
     }
     if (result < 0)
-        throw musicError(file, Libav::errorText(result));
+        fail(Libav::errorText(result));
+}
+
+void MusicReader::fail(const std::string& reason) const {
+    // An interrupted file looks like a bad one.
+    if (m_stop->stop_requested())
+        throw ExportError(ExportError::Kind::cancelled);
+    throw ExportError(ExportError::Kind::appendFailed, "music " + m_file.string() + ": " + reason);
 }
 
 bool MusicReader::read(std::vector<StereoSample>& samples) {

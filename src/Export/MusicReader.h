@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 #include <stop_token>
+#include <string>
 #include <vector>
 
 namespace Export {
@@ -16,7 +17,7 @@ class MusicReader {
 public:
     /// Throws ExportError (appendFailed) when the file cannot be opened as sound. After `stop` is requested
     /// the file seems to end early.
-    MusicReader(const std::filesystem::path& file, std::stop_token stop);
+    MusicReader(std::filesystem::path file, std::stop_token stop);
 
     /// Appends the next piece, which may be empty. False when the file has ended; damaged parts are skipped.
     [[nodiscard]] bool read(std::vector<StereoSample>& samples);
@@ -26,14 +27,16 @@ private:
         void operator()(AVFormatContext* input) const { avformat_close_input(&input); }
     };
 
-    void openInput(const std::filesystem::path& file);
-    void openDecoder(const std::filesystem::path& file);
+    void openInput();
+    void openDecoder();
+    [[noreturn]] void fail(const std::string& reason) const;
     void feedDecoder();
     void resample(const AVFrame& frame, std::vector<StereoSample>& samples);
     void flushResampler(std::vector<StereoSample>& samples);
     /// Runs the resampler over `count` samples a channel; none (null) asks for what it holds back.
     int convert(const std::uint8_t** data, int count, std::vector<StereoSample>& samples);
 
+    std::filesystem::path m_file;
     /// On the heap because the input keeps its address.
     std::unique_ptr<std::stop_token> m_stop;
     std::unique_ptr<AVFormatContext, CloseInput> m_input;

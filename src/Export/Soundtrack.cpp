@@ -11,6 +11,7 @@ namespace Export {
 namespace {
 
 constexpr std::size_t mostKept = 30 * audioSampleRate;
+constexpr std::size_t leastKept = 4096;
 
 /// Files of floating-point samples may hold anything; the AAC encoder refuses what is not a number.
 float withinFullScale(float sample) {
@@ -72,6 +73,11 @@ void Soundtrack::readMore() {
         throw ExportError(ExportError::Kind::appendFailed,
                           "music " + m_music.string() + ": there is no sound in it");
     m_isKept = m_isKeeping;
+    // Written out several times if it is very short, so that it is not handed on sample by sample.
+    while (m_isKept && m_kept.size() < leastKept) {
+        const std::vector<StereoSample> once = m_kept;
+        m_kept.insert(m_kept.end(), once.begin(), once.end());
+    }
     m_passLength = 0;
     m_reader.reset();
 }
