@@ -267,8 +267,8 @@ void appendColumn(std::vector<Export::OverlayBitmap>& bitmaps, const Timeline::O
 
     const int symbolSide = spec.isApproximate ? symbolSize : 0;
     const int indent = spec.isApproximate ? symbolSide + symbolSpacing : 0;
-    // Of the two, the place is the shorter: it is laid out first, in no more than half of the space if there is
-    // a caption, which takes what is left.
+    // Of the two, the place is the shorter: it is laid out first, in no more than half of the space if there
+    // is a caption, which takes what is left.
     const bool hasCaption = spec.caption && !spec.caption->empty();
     const TextBlock location(spec.locationText.value_or(""), locationFont, TextBlock::Alignment::left,
                              box.width() - indent, hasCaption ? space / 2 : space);

@@ -137,8 +137,8 @@ StyledText::StyledText(const QString& paragraph, const QFont& font) {
         clusters.push_back(cluster);
     }
 
-    // The text engine takes spaces and punctuation as part of the script before them, at the beginning of a text
-    // of the one after.
+    // The text engine takes spaces and punctuation as part of the script before them, at the beginning of a
+    // text of the one after.
     const auto hasScript = [](const Cluster& cluster) {
         return cluster.styling != Styling::emoji && cluster.script > QChar::Script_Common;
     };

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <ProjectModel/AIProvider.h>
+#include <ProjectModel/ProjectSettings.h>
+#include <Roamly/AppSettings.h>
+
+#include <string>
+#include <string_view>
+
+namespace Roamly {
+
+/// Who writes a project's captions: the provider the project names, otherwise the user's default.
+[[nodiscard]] ProjectModel::AIProvider effectiveProvider(const ProjectModel::ProjectSettings& project,
+                                                         const AppSettings& user);
+
+/// True when choosing the provider means that photos begin to leave the machine, which the user must confirm
+/// first. Going on with the cloud provider, or leaving it, never asks.
+[[nodiscard]] bool needsPrivacyConfirmation(ProjectModel::AIProvider chosen,
+                                            ProjectModel::AIProvider inEffect);
+
+inline constexpr std::string_view privacyConfirmationTitle = "Privacy: photos leave your computer";
+/// What the user has to know before confirming.
+[[nodiscard]] std::string privacyConfirmationMessage(ProjectModel::AIProvider chosen);
+
+} // namespace Roamly

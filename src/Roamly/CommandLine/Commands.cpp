@@ -1,0 +1,33 @@
+#include <Roamly/CommandLine/Commands.h>
+
+#include <vector>
+
+namespace CommandLine {
+
+std::span<const Command> commands() {
+    static const std::vector<Command> all{
+        makeCommand(),
+        newCommand(),
+        importCommand(),
+        sourcesCommand(),
+        removeSourceCommand(),
+        selectCommand(),
+        deselectCommand(),
+        placeCommand(),
+        titleCommand(),
+        moveCommand(),
+        removeCommand(),
+        musicCommand(),
+        setCommand(),
+        settingsCommand(),
+        exportCommand(),
+        inspectProjectCommand(),
+        inspectTimelineCommand(),
+        inspectStateCommand(),
+        inspectFrameCommand(),
+        inspectMetadataCommand(),
+    };
+    return all;
+}
+
+} // namespace CommandLine

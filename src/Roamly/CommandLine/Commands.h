@@ -1,0 +1,34 @@
+#pragma once
+
+#include <Roamly/CommandLine/Command.h>
+
+#include <span>
+
+namespace CommandLine {
+
+/// Every command, in the order in which the help lists them.
+[[nodiscard]] std::span<const Command> commands();
+
+// One file each.
+[[nodiscard]] Command makeCommand();
+[[nodiscard]] Command newCommand();
+[[nodiscard]] Command importCommand();
+[[nodiscard]] Command sourcesCommand();
+[[nodiscard]] Command removeSourceCommand();
+[[nodiscard]] Command selectCommand();
+[[nodiscard]] Command deselectCommand();
+[[nodiscard]] Command placeCommand();
+[[nodiscard]] Command titleCommand();
+[[nodiscard]] Command moveCommand();
+[[nodiscard]] Command removeCommand();
+[[nodiscard]] Command musicCommand();
+[[nodiscard]] Command setCommand();
+[[nodiscard]] Command settingsCommand();
+[[nodiscard]] Command exportCommand();
+[[nodiscard]] Command inspectProjectCommand();
+[[nodiscard]] Command inspectTimelineCommand();
+[[nodiscard]] Command inspectStateCommand();
+[[nodiscard]] Command inspectFrameCommand();
+[[nodiscard]] Command inspectMetadataCommand();
+
+} // namespace CommandLine

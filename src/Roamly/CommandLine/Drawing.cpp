@@ -1,0 +1,36 @@
+#include <Roamly/CommandLine/Drawing.h>
+
+#include <QGuiApplication>
+#include <array>
+#include <cstdio>
+
+namespace CommandLine {
+
+namespace {
+
+/// Of Qt's own messages only the last words before an abort are worth showing on a command line.
+void showFatalMessages(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
+    if (type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(message));
+}
+
+} // namespace
+
+struct Drawing::State {
+    // The application keeps references to both.
+    std::array<char, 7> name{"roamly"};
+    std::array<char*, 2> arguments{name.data(), nullptr};
+    int count = 1;
+    std::unique_ptr<QGuiApplication> application;
+};
+
+Drawing::Drawing()
+    : m_state(std::make_unique<State>()) {
+    qInstallMessageHandler(showFatalMessages);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    m_state->application = std::make_unique<QGuiApplication>(m_state->count, m_state->arguments.data());
+}
+
+Drawing::~Drawing() = default;
+
+} // namespace CommandLine

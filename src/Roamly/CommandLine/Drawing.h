@@ -1,0 +1,22 @@
+#pragma once
+
+#include <memory>
+
+namespace CommandLine {
+
+/// What text needs to be laid out: a graphics application without a display. Commands that draw make one
+/// before any worker thread starts and keep it while they run; the others do without, since it takes its
+/// time.
+class Drawing {
+public:
+    Drawing();
+    ~Drawing();
+    Drawing(const Drawing&) = delete;
+    Drawing& operator=(const Drawing&) = delete;
+
+private:
+    struct State;
+    std::unique_ptr<State> m_state;
+};
+
+} // namespace CommandLine

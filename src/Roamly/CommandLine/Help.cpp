@@ -1,0 +1,129 @@
+#include <Roamly/CommandLine/Commands.h>
+#include <Roamly/CommandLine/Help.h>
+
+#include <algorithm>
+#include <array>
+#include <sstream>
+#include <utility>
+
+namespace CommandLine {
+
+namespace {
+
+constexpr std::array common{
+    Option{"--json", {}, "progress and the result as JSON lines, for programs"},
+    Option{"--help", {}, "show this help", 'h'},
+};
+
+using Rows = std::vector<std::pair<std::string, std::string_view>>;
+
+std::size_t columns(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(
+        text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+void writeRows(std::ostream& out, const Rows& rows) {
+    std::size_t widest = 0;
+    for (const auto& [name, help] : rows)
+        widest = std::max(widest, columns(name));
+    for (const auto& [name, help] : rows)
+        out << "  " << name << std::string(widest - columns(name) + 2, ' ') << help << '\n';
+}
+
+Rows commandRows(std::string_view group) {
+    const std::string prefix = std::string{group} + " ";
+    Rows rows;
+    for (const Command& command : commands()) {
+        const bool isMember = command.name.find(' ') != std::string_view::npos;
+        if (group.empty() ? !isMember : command.name.starts_with(prefix))
+            rows.emplace_back(command.name, command.summary);
+    }
+    return rows;
+}
+
+std::string optionText(const Option& option) {
+    std::string text = option.shortName ? std::string{"-"} + option.shortName + ", " : std::string{};
+    text += option.name;
+    if (!option.value.empty())
+        text += " " + std::string{option.value};
+    return text;
+}
+
+} // namespace
+
+std::span<const Option> commonOptions() {
+    return common;
+}
+
+std::string overview() {
+    std::ostringstream out;
+    out << "Roamly turns a pile of holiday photos into a slideshow film.\n"
+           "\n"
+           "In one go:\n"
+           "  roamly make ~/Pictures/Lisbon -o Lisbon.mov --music song.mp3\n"
+           "\n"
+           "Step by step, with a project in which you review the photos before the film is made:\n"
+           "  roamly new Lisbon.roamly\n"
+           "  roamly import Lisbon.roamly ~/Pictures/Lisbon\n"
+           "  roamly export Lisbon.roamly -o Lisbon.mov\n"
+           "\n"
+           "Commands:\n";
+    Rows rows = commandRows({});
+    rows.emplace_back("inspect …", "show what the program sees, as JSON (roamly inspect --help)");
+    writeRows(out, rows);
+    out << "\n"
+           "roamly COMMAND --help explains a command; roamly --version names the version.\n"
+           "\n"
+           "Results are JSON on standard output, sentences for people go to standard error. The exit\n"
+           "status is 0 when it is done, 1 when it failed, 2 when the call was not understood and 130\n"
+           "when it was interrupted.\n";
+    return out.str();
+}
+
+std::string groupHelp(std::string_view group) {
+    std::ostringstream out;
+    out << "Usage: roamly " << group << " …\n\n";
+    writeRows(out, commandRows(group));
+    out << "\nroamly " << group << " COMMAND --help explains one of them.\n";
+    return out.str();
+}
+
+std::string commandHelp(const Command& command) {
+    std::ostringstream out;
+    std::string_view lead = "Usage: ";
+    for (const std::string_view usage : command.usages) {
+        out << lead << "roamly " << command.name << (usage.empty() ? "" : " ") << usage << '\n';
+        lead = "       ";
+    }
+    std::string summary{command.summary};
+    if (!summary.empty() && summary[0] >= 'a' && summary[0] <= 'z')
+        summary[0] = static_cast<char>(summary[0] - 'a' + 'A');
+    out << '\n' << summary << ".\n";
+    if (!command.details.empty())
+        out << '\n' << command.details << '\n';
+
+    Rows rows;
+    for (const Positional& positional : command.positionals)
+        rows.emplace_back(std::string{positional.name} + (positional.isRepeated ? "…" : ""), positional.help);
+    if (!rows.empty()) {
+        out << '\n';
+        writeRows(out, rows);
+    }
+
+    rows.clear();
+    for (const Option& option : command.options)
+        rows.emplace_back(optionText(option), option.help);
+    for (const Option& option : common)
+        rows.emplace_back(optionText(option), option.help);
+    out << "\nOptions:\n";
+    writeRows(out, rows);
+
+    if (!command.examples.empty()) {
+        out << "\nExamples:\n";
+        for (const std::string_view example : command.examples)
+            out << "  " << example << '\n';
+    }
+    return out.str();
+}
+
+} // namespace CommandLine

@@ -1,0 +1,43 @@
+#include <Roamly/CommandLine/Commands.h>
+#include <Roamly/CommandLine/Importing.h>
+#include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/CommandLine/ProjectSession.h>
+
+namespace CommandLine {
+
+namespace {
+
+int run(const Invocation& invocation) {
+    const std::span<const std::string> folders = invocation.arguments.positionalsFrom(1);
+    ProjectSession session{invocation.arguments.positionals()[0], invocation};
+    const Roamly::ImportOutcome outcome = importFolders(session.document(), folders, invocation);
+    session.save();
+    invocation.console.say(addedSentence(outcome, session.project()));
+    invocation.console.report([&](Foundation::JsonWriter& json) {
+        json.beginObject();
+        JsonForms::writeMembers(json, outcome);
+        json.endObject();
+    });
+    return outcome.notices.size() == folders.size() ? ExitStatus::failed : ExitStatus::done;
+}
+
+} // namespace
+
+Command importCommand() {
+    return {
+        .name = "import",
+        .summary = "add the photos of folders to a project",
+        .usages = {"PROJECT FOLDER…"},
+        .positionals = {{"PROJECT", "the project file"},
+                        {"FOLDER", "a folder; those inside it are searched too", false, true}},
+        .options = {},
+        .details =
+            "Photos that the project holds already are not added again and stay as they are. New ones are\n"
+            "sorted in by the time they were taken, unless the photos were moved by hand before.\n"
+            "Interrupted with Ctrl-C, the project stays as it was.",
+        .examples = {"roamly import Lisbon.roamly ~/Pictures/Lisbon /media/camera/DCIM"},
+        .run = run,
+    };
+}
+
+} // namespace CommandLine

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <Roamly/CommandLine/Command.h>
+#include <Roamly/ImportCoordinator.h>
+
+#include <span>
+#include <string>
+
+namespace CommandLine {
+
+/// Imports folders with progress and tells the notices. Throws Foundation::Cancelled.
+[[nodiscard]] Roamly::ImportOutcome importFolders(Roamly::ProjectDocument& document,
+                                                  std::span<const std::string> folders,
+                                                  const Invocation& invocation);
+
+/// "Added 12 photos; the project holds 40."
+[[nodiscard]] std::string addedSentence(const Roamly::ImportOutcome& outcome,
+                                        const ProjectModel::Project& project);
+
+} // namespace CommandLine

@@ -1,0 +1,82 @@
+#include <Export/YuvFrame.h>
+#include <Foundation/AtomicFile.h>
+#include <Roamly/CommandLine/Commands.h>
+#include <Roamly/CommandLine/Drawing.h>
+#include <Roamly/CommandLine/Failures.h>
+#include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/CommandLine/OutputFile.h>
+#include <Roamly/CommandLine/ProjectTimeline.h>
+#include <Roamly/CommandLine/Values.h>
+#include <Roamly/DisplayText.h>
+#include <Roamly/ExportController.h>
+#include <Timeline/Playhead.h>
+
+#include <QBuffer>
+#include <QImage>
+#include <string_view>
+#include <system_error>
+
+namespace CommandLine {
+
+namespace {
+
+QByteArray encodedPng(const Foundation::Image& picture) {
+    const QImage image{picture.pixels.data(), picture.width, picture.height,
+                       static_cast<qsizetype>(picture.width) * 3, QImage::Format_RGB888};
+    QByteArray bytes;
+    QBuffer buffer{&bytes};
+    buffer.open(QIODevice::WriteOnly);
+    if (!image.save(&buffer, "PNG"))
+        throw Failure("The picture can’t be encoded.");
+    return bytes;
+}
+
+int run(const Invocation& invocation) {
+    const Arguments& arguments = invocation.arguments;
+    const std::string& projectFile = arguments.positionals()[0];
+    const double time = Values::number(arguments.requiredValue("--at"), "--at");
+    const Export::FrameSize size = Values::frameSize(arguments.value("--size").value_or("1920x1080"));
+    const std::filesystem::path output = arguments.requiredValue("--output");
+    OutputFile::checkIsWritable(output);
+    const ProjectTimeline loaded = loadTimeline(projectFile);
+    OutputFile::checkIsNoInput(output, projectFile, loaded.project);
+
+    const Drawing drawing;
+    const std::unique_ptr<Export::FrameSource> frames = Roamly::ExportController::slideshowFrameSource(
+        loaded.project, Roamly::ExportController::decodingBound(size.width));
+    const Timeline::Playhead playhead{loaded.timeline, loaded.settings.crossfade};
+    const std::shared_ptr<const Export::YuvFrame> frame = frames->frame(playhead.state(time), size);
+    if (!frame)
+        throw Failure("The frame can’t be drawn.");
+    const QByteArray png = encodedPng(Export::toImage(*frame));
+    try {
+        Foundation::writeFileAtomically(output, {png.constData(), static_cast<std::size_t>(png.size())});
+    } catch (const std::system_error& error) {
+        throw Failure("“" + Roamly::displayText(output) + "” can’t be written: " + error.code().message() +
+                      ".");
+    }
+    invocation.console.result([&](Foundation::JsonWriter& json) {
+        JsonForms::write(json.beginObject().key("failedPhotoIDs"), frames->failedPhotoIDs());
+        json.endObject();
+    });
+    return ExitStatus::done;
+}
+
+} // namespace
+
+Command inspectFrameCommand() {
+    return {
+        .name = "inspect frame",
+        .summary = "the picture of one instant, as the movie shows it",
+        .usages = {"PROJECT --at T [--size WxH] -o FILE.png"},
+        .positionals = {{"PROJECT", "the project file"}},
+        .options = {{"--at", "T", "seconds from the beginning"},
+                    {"--size", "WxH", "the picture’s size in pixels; otherwise 1920x1080"},
+                    {"--output", "FILE.png", "the picture to write", 'o'}},
+        .details = "Prints the photos that could not be drawn.",
+        .examples = {"roamly inspect frame Lisbon.roamly --at 12.5 -o frame.png"},
+        .run = run,
+    };
+}
+
+} // namespace CommandLine

@@ -1,0 +1,56 @@
+#include <Roamly/CommandLine/ExitStatus.h>
+#include <Roamly/CommandLine/Interruption.h>
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+
+namespace CommandLine {
+
+namespace {
+
+/// Wakes the watcher when nothing is left to watch.
+constexpr int wakeUp = SIGUSR1;
+
+sigset_t watchedSignals() {
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGINT, SIGTERM, wakeUp})
+        sigaddset(&signals, signal);
+    // Started with nohup, the work goes on when the terminal closes.
+    struct sigaction action {};
+    if (::sigaction(SIGHUP, nullptr, &action) == 0 && action.sa_handler != SIG_IGN)
+        sigaddset(&signals, SIGHUP);
+    return signals;
+}
+
+} // namespace
+
+Interruption::Interruption() {
+    // A reader that went away shows as a failed write; the work's own clean-up can then run.
+    std::signal(SIGPIPE, SIG_IGN);
+    const sigset_t signals = watchedSignals();
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    m_watcher = std::jthread{[this, signals](const std::stop_token& ended) {
+        while (true) {
+            int signal = 0;
+            if (sigwait(&signals, &signal) != 0)
+                continue;
+            if (ended.stop_requested())
+                return;
+            if (signal == wakeUp)
+                continue;
+            if (!m_source.request_stop())
+                ::_exit(ExitStatus::interrupted);
+        }
+    }};
+}
+
+Interruption::~Interruption() {
+    m_watcher.request_stop();
+    pthread_kill(m_watcher.native_handle(), wakeUp);
+}
+
+} // namespace CommandLine

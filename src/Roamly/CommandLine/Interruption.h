@@ -1,0 +1,25 @@
+#pragma once
+
+#include <stop_token>
+#include <thread>
+
+namespace CommandLine {
+
+/// Turns Ctrl-C and requests to terminate into a stop token. The first asks the work to end; the second ends
+/// the process at once, which leaves files that are replaced as a whole as they were. Made before any other
+/// thread: the signals are held back in all threads and taken by one of its own.
+class Interruption {
+public:
+    Interruption();
+    ~Interruption();
+    Interruption(const Interruption&) = delete;
+    Interruption& operator=(const Interruption&) = delete;
+
+    [[nodiscard]] std::stop_token token() const { return m_source.get_token(); }
+
+private:
+    std::stop_source m_source;
+    std::jthread m_watcher;
+};
+
+} // namespace CommandLine

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <Export/VideoExporter.h>
+#include <Foundation/JsonWriter.h>
+#include <Foundation/Uuid.h>
+#include <PhotoSources/FolderImporter.h>
+#include <PhotoSources/ImageFileMetadata.h>
+#include <ProjectModel/PhotoSource.h>
+#include <Roamly/ImportCoordinator.h>
+#include <Timeline/RenderState.h>
+#include <Timeline/SlideshowTimeline.h>
+
+#include <set>
+#include <string_view>
+
+/// The records as the command line prints them: their own member names, absent members left out.
+namespace CommandLine::JsonForms {
+
+void write(Foundation::JsonWriter& json, const ProjectModel::PhotoSource& source);
+void write(Foundation::JsonWriter& json, const Timeline::SlideshowTimeline& timeline);
+void write(Foundation::JsonWriter& json, const Timeline::RenderState& state);
+void write(Foundation::JsonWriter& json, const PhotoSources::ImportProgress& progress);
+void write(Foundation::JsonWriter& json, const Export::ExportProgress& progress);
+void write(Foundation::JsonWriter& json, const std::set<Foundation::Uuid>& ids);
+
+/// Members of an object that is open already.
+void writeMembers(Foundation::JsonWriter& json, const PhotoSources::ImageFileMetadata& metadata);
+void writeMembers(Foundation::JsonWriter& json, const Roamly::ImportOutcome& outcome);
+
+} // namespace CommandLine::JsonForms

@@ -1,0 +1,100 @@
+#include <Roamly/CommandLine/Commands.h>
+#include <Roamly/CommandLine/Drawing.h>
+#include <Roamly/CommandLine/Exporting.h>
+#include <Roamly/CommandLine/Failures.h>
+#include <Roamly/CommandLine/Importing.h>
+#include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/CommandLine/Music.h>
+#include <Roamly/CommandLine/OutputFile.h>
+#include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/ProjectStore.h>
+#include <Roamly/SettingsStore.h>
+
+namespace CommandLine {
+
+namespace {
+
+using ProjectModel::MusicSelection;
+using ProjectModel::Project;
+
+/// Everything that happens to the project before the movie is made of it.
+Roamly::ImportOutcome fillProject(Roamly::ProjectDocument& document,
+                                  const std::optional<MusicSelection>& music, const Invocation& invocation) {
+    const std::vector<std::string>& folders = invocation.arguments.positionals();
+    Roamly::ImportOutcome outcome = importFolders(document, folders, invocation);
+    if (outcome.notices.size() == folders.size())
+        throw Failure("No movie was made.");
+    invocation.console.say(addedSentence(outcome, document.project()));
+    if (music)
+        document.edit([&](Project& project) { project.music = music; });
+    return outcome;
+}
+
+/// Works on the project of the file where there is one, and keeps the result there.
+std::pair<Project, Roamly::ImportOutcome> prepare(const std::optional<std::string>& projectFile,
+                                                  const std::optional<MusicSelection>& music,
+                                                  const Invocation& invocation) {
+    std::error_code ignored;
+    if (projectFile && std::filesystem::exists(*projectFile, ignored)) {
+        ProjectSession session{*projectFile, invocation};
+        Roamly::ImportOutcome outcome = fillProject(session.document(), music, invocation);
+        session.save();
+        return {session.project(), std::move(outcome)};
+    }
+    Roamly::ProjectDocument document;
+    Roamly::ImportOutcome outcome = fillProject(document, music, invocation);
+    if (projectFile)
+        Roamly::ProjectStore::create(*projectFile, document.project());
+    return {document.project(), std::move(outcome)};
+}
+
+int run(const Invocation& invocation) {
+    const Arguments& arguments = invocation.arguments;
+    const std::filesystem::path output = arguments.requiredValue("--output");
+    const std::optional<std::string> projectFile = arguments.value("--project");
+    const Roamly::AppSettings settings = Roamly::SettingsStore{}.load();
+    const Export::ExportPreset preset = exportPreset(arguments, settings);
+    OutputFile::checkIsWritable(output);
+    if (projectFile) {
+        if (output.lexically_normal() == std::filesystem::path{*projectFile}.lexically_normal())
+            throw UsageError("The movie and the project can’t be the same file.");
+        OutputFile::checkIsWritable(*projectFile);
+    }
+    std::optional<MusicSelection> music;
+    if (const std::optional<std::string> file = arguments.value("--music"))
+        music = musicSelection(*file);
+
+    const Drawing drawing;
+    const auto [project, outcome] = prepare(projectFile, music, invocation);
+    OutputFile::checkIsNoInput(output, projectFile.value_or(std::string{}), project);
+    const std::set<Foundation::Uuid> failed = exportMovie(project, settings, preset, output, invocation);
+    invocation.console.report([&](Foundation::JsonWriter& json) {
+        json.beginObject();
+        JsonForms::writeMembers(json, outcome);
+        JsonForms::write(json.key("failedPhotoIDs"), failed);
+        json.endObject();
+    });
+    return ExitStatus::done;
+}
+
+} // namespace
+
+Command makeCommand() {
+    std::vector<Option> options = exportOptions();
+    options.push_back({"--music", "FILE", "an audio file to play with it"});
+    options.push_back({"--project", "FILE.roamly", "keep the project there; one that exists is added to"});
+    return {
+        .name = "make",
+        .summary = "turn folders of photos into a movie in one go",
+        .usages = {"FOLDER… -o FILE.mov [--music FILE] [--project FILE.roamly] [--resolution SIZE] [--codec "
+                   "CODEC]"},
+        .positionals = {{"FOLDER", "a folder of photos; those inside it are searched too", false, true}},
+        .options = std::move(options),
+        .details = "The photos are shown in the order in which they were taken.",
+        .examples = {"roamly make ~/Pictures/Lisbon -o Lisbon.mov",
+                     "roamly make phone camera -o Lisbon.mov --music fado.mp3 --project Lisbon.roamly"},
+        .run = run,
+    };
+}
+
+} // namespace CommandLine

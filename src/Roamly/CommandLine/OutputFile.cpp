@@ -1,0 +1,59 @@
+#include <Foundation/Bookmark.h>
+#include <Roamly/CommandLine/Failures.h>
+#include <Roamly/CommandLine/OutputFile.h>
+#include <Roamly/DisplayText.h>
+
+#include <unistd.h>
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace CommandLine::OutputFile {
+
+namespace {
+
+std::string quoted(const std::filesystem::path& file) {
+    return "“" + Roamly::displayText(file) + "”";
+}
+
+bool isSameFile(const std::filesystem::path& a, const std::optional<std::filesystem::path>& b) {
+    std::error_code error;
+    return b && std::filesystem::equivalent(a, *b, error);
+}
+
+} // namespace
+
+void checkIsWritable(const std::filesystem::path& file) {
+    if (!file.has_filename())
+        throw UsageError(quoted(file) + " is no name for a file.");
+    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    std::error_code error;
+    if (!std::filesystem::is_directory(folder, error))
+        throw Failure("There is no folder " + quoted(folder) + ".");
+    if (::access(folder.c_str(), W_OK | X_OK) != 0)
+        throw Failure("The folder " + quoted(folder) + " can’t be written to.");
+    if (std::filesystem::is_directory(file, error))
+        throw Failure(quoted(file) + " is a folder.");
+    if (std::filesystem::exists(file, error) && !std::filesystem::is_regular_file(file, error))
+        throw Failure(quoted(file) + " is not a regular file.");
+}
+
+void checkIsNoInput(const std::filesystem::path& file, const std::filesystem::path& projectFile,
+                    const ProjectModel::Project& project) {
+    std::error_code error;
+    if (!std::filesystem::exists(file, error))
+        return;
+    if (isSameFile(file, projectFile))
+        throw Failure(quoted(file) + " is the project itself; choose another name.");
+    Foundation::BookmarkResolver resolver;
+    if (project.music && isSameFile(file, resolver.resolvedFile(project.music->bookmark)))
+        throw Failure(quoted(file) + " is the project’s music; choose another name.");
+    for (const ProjectModel::PhotoItem& photo : project.photos) {
+        const auto* const ref = std::get_if<ProjectModel::FilePhotoRef>(&photo.source);
+        if (ref && isSameFile(file, resolver.resolvedFile(ref->bookmark)))
+            throw Failure(quoted(file) + " is one of the project’s photos; choose another name.");
+    }
+}
+
+} // namespace CommandLine::OutputFile

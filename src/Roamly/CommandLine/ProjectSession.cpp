@@ -1,0 +1,27 @@
+#include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/ProjectStore.h>
+
+namespace CommandLine {
+
+ProjectSession::ProjectSession(const std::filesystem::path& path, const Invocation& invocation)
+    : m_path(path)
+    , m_lock(path, invocation.stop,
+             [&] { invocation.console.say("Waiting for another command that is changing the project."); }) {
+    Roamly::LoadedProject loaded = Roamly::ProjectStore::load(path);
+    m_saved = loaded.project;
+    m_document = Roamly::ProjectDocument{std::move(loaded.project)};
+    // Identifiers that were just given out must last, or nobody could name a source by what `sources`
+    // printed.
+    m_mustSave = loaded.hasNewIdentifiers;
+}
+
+bool ProjectSession::save() {
+    if (!m_mustSave && project() == m_saved)
+        return false;
+    Roamly::ProjectStore::save(m_path, project());
+    m_saved = project();
+    m_mustSave = false;
+    return true;
+}
+
+} // namespace CommandLine

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <Roamly/CommandLine/Command.h>
+#include <Roamly/CommandLine/ProjectLock.h>
+#include <Roamly/ProjectDocument.h>
+
+#include <filesystem>
+
+namespace CommandLine {
+
+/// A project that a command changes: locked, loaded, and saved when the command says so.
+class ProjectSession {
+public:
+    /// Throws ProjectStoreError, Foundation::Cancelled.
+    ProjectSession(const std::filesystem::path& path, const Invocation& invocation);
+
+    [[nodiscard]] const ProjectModel::Project& project() const { return m_document.project(); }
+    [[nodiscard]] Roamly::ProjectDocument& document() { return m_document; }
+
+    /// Writes the file unless it holds just this already; true when it did. Throws ProjectStoreError.
+    bool save();
+
+private:
+    std::filesystem::path m_path;
+    ProjectLock m_lock;
+    Roamly::ProjectDocument m_document;
+    ProjectModel::Project m_saved;
+    bool m_mustSave = false;
+};
+
+} // namespace CommandLine

@@ -1,0 +1,32 @@
+#include <Roamly/CommandLine/Commands.h>
+#include <Roamly/CommandLine/Reviewing.h>
+#include <Roamly/CommandLine/Values.h>
+#include <Roamly/ReviewModel.h>
+
+namespace CommandLine {
+
+namespace {
+
+int run(const Invocation& invocation) {
+    const std::set<Foundation::Uuid> ids = Values::uuids(invocation.arguments.positionalsFrom(1));
+    return changeProject(invocation, [&](Roamly::ProjectDocument& document) {
+        Roamly::ReviewModel{document}.removePhotos(ids);
+    });
+}
+
+} // namespace
+
+Command removeCommand() {
+    return {
+        .name = "remove",
+        .summary = "take photos out of a project",
+        .usages = {"PROJECT ID…"},
+        .positionals = {{"PROJECT", "the project file"}, {"ID", "a photo’s id", false, true}},
+        .options = {},
+        .details = "The photo files themselves are not touched.",
+        .examples = {"roamly remove Lisbon.roamly 6F9619FF-8B86-D011-B42D-00C04FC964FF"},
+        .run = run,
+    };
+}
+
+} // namespace CommandLine

@@ -1,0 +1,22 @@
+#include <Roamly/CommandLine/Counted.h>
+#include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/CommandLine/Reviewing.h>
+#include <Roamly/ReviewModel.h>
+
+namespace CommandLine {
+
+int changeProject(const Invocation& invocation, const std::function<void(Roamly::ProjectDocument&)>& change) {
+    ProjectSession session{invocation.arguments.positionals()[0], invocation};
+    change(session.document());
+    if (session.save()) {
+        const std::size_t selected = Roamly::ReviewModel{session.document()}.selectedCount();
+        invocation.console.say("Saved: " + counted(session.project().photos.size(), "photo") + ", " +
+                               std::to_string(selected) + " selected.");
+    } else {
+        invocation.console.say("Nothing to change.");
+    }
+    invocation.console.report([](Foundation::JsonWriter& json) { json.beginObject().endObject(); });
+    return ExitStatus::done;
+}
+
+} // namespace CommandLine

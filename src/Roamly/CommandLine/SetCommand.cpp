@@ -1,0 +1,100 @@
+#include <Roamly/CaptionProvider.h>
+#include <Roamly/CommandLine/Commands.h>
+#include <Roamly/CommandLine/Failures.h>
+#include <Roamly/CommandLine/ProjectSettingKeys.h>
+#include <Roamly/CommandLine/Prompt.h>
+#include <Roamly/CommandLine/Reviewing.h>
+#include <Roamly/CommandLine/Suggestion.h>
+#include <Roamly/CommandLine/Values.h>
+#include <Roamly/SettingsStore.h>
+
+namespace CommandLine {
+
+namespace {
+
+using ProjectModel::ProjectSettings;
+
+const ProjectSettingKey& findKey(const std::string& name) {
+    std::vector<std::string_view> names;
+    for (const ProjectSettingKey& key : projectSettingKeys()) {
+        if (key.name == name)
+            return key;
+        names.push_back(key.name);
+    }
+    throw UsageError("A project has no setting “" + name + "”." + suggestion(name, names));
+}
+
+/// Going over to a provider that receives the photos needs the user's consent.
+void confirmPrivacy(const ProjectSettings& before, const ProjectSettings& after,
+                    const Invocation& invocation) {
+    if (!after.aiProvider)
+        return;
+    const ProjectModel::AIProvider inEffect = effectiveProvider(before, Roamly::SettingsStore{}.load());
+    if (!Roamly::needsPrivacyConfirmation(*after.aiProvider, inEffect) || invocation.arguments.has("--yes"))
+        return;
+    const std::string provider{displayName(*after.aiProvider)};
+    invocation.console.warn(std::string{Roamly::privacyConfirmationTitle} + "\n" +
+                            Roamly::privacyConfirmationMessage(*after.aiProvider));
+    if (!canAsk())
+        throw Failure("Choosing " + provider + " must be confirmed with --yes.");
+    if (!askYesNo("Use " + provider + "?", invocation.stop))
+        throw Failure("The project was left as it is.");
+}
+
+int run(const Invocation& invocation) {
+    const Arguments& arguments = invocation.arguments;
+    const ProjectSettingKey& key = findKey(arguments.positionals()[1]);
+    const bool isUnset = arguments.has("--unset");
+    const std::span<const std::string> values = arguments.positionalsFrom(2);
+    if (isUnset == !values.empty())
+        throw UsageError(isUnset ? "--unset goes without a VALUE." : "A VALUE or --unset is missing.");
+    std::string text;
+    if (!isUnset) {
+        text = Values::text(values[0], "VALUE");
+        ProjectSettings scratch;
+        if (!key.assign(scratch, text))
+            throw UsageError("“" + text + "” is no value for " + std::string{key.name} + "; it takes " +
+                             std::string{key.accepts} + ".");
+    }
+    return changeProject(invocation, [&](Roamly::ProjectDocument& document) {
+        const ProjectSettings before = document.project().settings;
+        ProjectSettings after = before;
+        if (isUnset) {
+            key.clear(after);
+        } else {
+            key.assign(after, text);
+            confirmPrivacy(before, after, invocation);
+        }
+        document.edit([&](ProjectModel::Project& project) { project.settings = after; });
+    });
+}
+
+} // namespace
+
+Command setCommand() {
+    return {
+        .name = "set",
+        .summary = "change a project’s own settings",
+        .usages = {"PROJECT KEY VALUE", "PROJECT KEY --unset"},
+        .positionals = {{"PROJECT", "the project file"},
+                        {"KEY", "the setting, see below"},
+                        {"VALUE", "its new value", true}},
+        .options = {{"--unset", {}, "the settings for all projects hold again"},
+                    {"--yes", {}, "confirm that photos leave this computer, for aiProvider openRouter"}},
+        .details = "What a project does not set is taken from the settings for all projects, see “roamly "
+                   "settings”.\n"
+                   "\n"
+                   "  photoDuration      a number of seconds above 0: how long each photo is on screen\n"
+                   "  kenBurnsEnabled    true or false: slow pan and zoom on photos\n"
+                   "  captionsEnabled    true or false: show captions in the video\n"
+                   "  aiCaptionsEnabled  true or false: allow generated captions\n"
+                   "  chapterStyle       card or overlay: how a new place is announced\n"
+                   "  aiProvider         apple, ollama or openRouter: who writes generated captions\n"
+                   "  captionPrompt      any text: guidance for generated captions",
+        .examples = {"roamly set Lisbon.roamly photoDuration 4",
+                     "roamly set Lisbon.roamly chapterStyle --unset"},
+        .run = run,
+    };
+}
+
+} // namespace CommandLine

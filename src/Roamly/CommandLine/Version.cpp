@@ -1,0 +1,10 @@
+#include <Roamly/CommandLine/Version.h>
+
+namespace CommandLine {
+
+std::string versionText() {
+    return "roamly " ROAMLY_VERSION "\n"
+           "Licensed under the GNU General Public License, version 3 or later. There is no warranty.\n";
+}
+
+} // namespace CommandLine

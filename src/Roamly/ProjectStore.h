@@ -1,0 +1,38 @@
+#pragma once
+
+#include <ProjectModel/Project.h>
+
+#include <filesystem>
+#include <stdexcept>
+
+namespace Roamly {
+
+/// A project file could not be read, made or written. `what()` is one sentence for the user that names the
+/// file.
+class ProjectStoreError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+struct LoadedProject {
+    ProjectModel::Project project;
+    /// The file is of an older layout and its sources got new identifiers, which last only once it is saved.
+    bool hasNewIdentifiers = false;
+};
+
+namespace ProjectStore {
+
+/// Throws ProjectStoreError.
+[[nodiscard]] LoadedProject load(const std::filesystem::path& path);
+
+/// Replaces the file so that after a crash it holds the old project or the new one. Throws ProjectStoreError
+/// and leaves the file as it was.
+void save(const std::filesystem::path& path, const ProjectModel::Project& project);
+
+/// Makes a new file and never touches one that exists, also when two processes try at the same time. Throws
+/// ProjectStoreError.
+void create(const std::filesystem::path& path, const ProjectModel::Project& project);
+
+} // namespace ProjectStore
+
+} // namespace Roamly
