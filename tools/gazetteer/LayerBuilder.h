@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Tables.h"
+
+#include <Analysis/PolygonLayer.h>
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace GazetteerBuilder {
+
+/// The tables of a `PolygonLayer`.
+struct Layer {
+    std::vector<Analysis::GazetteerFormat::Vertex> vertices;
+    std::vector<std::uint32_t> cellStarts;
+    std::vector<Analysis::GazetteerFormat::CellEntry> cellEntries;
+    std::vector<std::uint32_t> edges;
+
+    [[nodiscard]] Analysis::PolygonLayer view() const { return {vertices, cellStarts, cellEntries, edges}; }
+};
+
+/// The shapes are numbered in the order given.
+[[nodiscard]] Layer buildLayer(std::span<const Shape* const> shapes);
+
+/// The ring with fewer vertices, none of which was farther than `tolerance` units from what stays (Douglas and
+/// Peucker, 1973). Both ends stay.
+[[nodiscard]] std::vector<Analysis::GazetteerFormat::Vertex>
+simplified(const std::vector<Analysis::GazetteerFormat::Vertex>& ring, double tolerance);
+
+} // namespace GazetteerBuilder

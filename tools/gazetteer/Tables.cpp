@@ -1,0 +1,190 @@
+#include "Tables.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <fstream>
+#include <set>
+#include <stdexcept>
+#include <string_view>
+
+namespace GazetteerBuilder {
+
+namespace {
+
+using nlohmann::json;
+
+json readJson(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    if (!stream)
+        throw std::runtime_error("cannot read " + file.string());
+    return json::parse(stream);
+}
+
+std::vector<std::string> split(std::string_view line, char separator) {
+    std::vector<std::string> fields;
+    for (;;) {
+        const std::size_t end = line.find(separator);
+        fields.emplace_back(line.substr(0, end));
+        if (end == std::string_view::npos)
+            return fields;
+        line.remove_prefix(end + 1);
+    }
+}
+
+template <typename Number>
+Number number(const std::string& text) {
+    Number value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc{} || end != text.data() + text.size())
+        throw std::runtime_error("not a number: " + text);
+    return value;
+}
+
+std::string textOr(const json& object, const char* key, const std::string& fallback) {
+    const auto found = object.find(key);
+    return found != object.end() && found->is_string() ? found->get<std::string>() : fallback;
+}
+
+Analysis::GazetteerFormat::Vertex vertex(const json& position) {
+    constexpr double unitsPerDegree = 100'000;
+    return {static_cast<std::int32_t>(std::lround(position.at(0).get<double>() * unitsPerDegree)),
+            static_cast<std::int32_t>(std::lround(position.at(1).get<double>() * unitsPerDegree))};
+}
+
+void appendPolygon(const json& polygon, Shape& shape) {
+    for (const json& ring : polygon) {
+        auto& vertices = shape.rings.emplace_back();
+        for (const json& position : ring) {
+            if (const auto next = vertex(position); vertices.empty() || vertices.back() != next)
+                vertices.push_back(next);
+        }
+        if (vertices.size() > 1 && vertices.front() != vertices.back())
+            vertices.push_back(vertices.front());
+    }
+}
+
+Shape shapeOf(const json& geometry) {
+    Shape shape;
+    if (geometry.at("type") == "Polygon") {
+        appendPolygon(geometry.at("coordinates"), shape);
+    } else {
+        for (const json& polygon : geometry.at("coordinates"))
+            appendPolygon(polygon, shape);
+    }
+    return shape;
+}
+
+/// The country that people would name for one of the shapes of the borders' file, whose properties go by codes
+/// of its own, by exceptional reservations and by the parts of a country.
+std::string countryOfShape(const json& properties) {
+    static const std::map<std::string, std::string> byName{
+        {"Northern Cyprus", "CY"}, {"Akrotiri", "CY"}, {"Dhekelia", "CY"}, {"Crimea", "UA"}, {"Bir Tawil", ""}};
+    static const std::map<std::string, std::string> reserved{{"IC", "ES"}, {"CQ", "GG"}, {"AC", "SH"},
+                                                             {"TA", "SH"}, {"CP", "FR"}, {"DG", "IO"},
+                                                             {"FX", "FR"}};
+    // Territories with a code of their own whose shapes are listed island by island.
+    static const std::set<std::string> territories{"BQ", "SJ", "TF", "GG", "IO", "SH", "UM"};
+
+    if (const auto named = byName.find(textOr(properties, "nameEn", "")); named != byName.end())
+        return named->second;
+    if (const std::string code = textOr(properties, "iso1A2", ""); !code.empty()) {
+        const auto stands = reserved.find(code);
+        return stands == reserved.end() ? code : stands->second;
+    }
+    if (const auto groups = properties.find("groups"); groups != properties.end()) {
+        for (const json& group : *groups) {
+            if (territories.contains(group.get<std::string>()))
+                return group.get<std::string>();
+        }
+    }
+    return textOr(properties, "country", "");
+}
+
+} // namespace
+
+std::vector<Place> readPlaces(const std::filesystem::path& file) {
+    constexpr std::size_t columns = 19;
+    std::ifstream stream(file);
+    if (!stream)
+        throw std::runtime_error("cannot read " + file.string());
+    std::vector<Place> places;
+    for (std::string line; std::getline(stream, line);) {
+        if (line.empty())
+            continue;
+        std::vector<std::string> fields = split(line, '\t');
+        if (fields.size() != columns)
+            throw std::runtime_error(file.string() + " is no table of GeoNames");
+        Place& place = places.emplace_back();
+        place.name = std::move(fields[1]);
+        place.asciiName = std::move(fields[2]);
+        place.alternateNames = std::move(fields[3]);
+        place.latitude = number<double>(fields[4]);
+        place.longitude = number<double>(fields[5]);
+        place.kind = std::move(fields[7]);
+        place.country = std::move(fields[8]);
+        place.areas = {std::move(fields[10]), std::move(fields[11]), std::move(fields[12]), std::move(fields[13])};
+        place.population = number<std::uint32_t>(fields[14]);
+    }
+    return places;
+}
+
+std::map<std::string, std::string> readAreaNames(const std::filesystem::path& file) {
+    std::map<std::string, std::string> names;
+    for (const json& area : readJson(file))
+        names[area.at("code").get<std::string>()] = area.at("name").get<std::string>();
+    return names;
+}
+
+CountryNames readCountryNames(const std::filesystem::path& folder) {
+    CountryNames names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        const json file = readJson(entry.path());
+        auto& language = names[file.at("locale").get<std::string>()];
+        for (const auto& [code, name] : file.at("countries").items())
+            language[code] = (name.is_array() ? name.at(0) : name).get<std::string>();
+    }
+    return names;
+}
+
+std::vector<CountryShape> readBorders(const std::filesystem::path& file) {
+    std::vector<CountryShape> shapes;
+    const json document = readJson(file);
+    for (const json& feature : document.at("features")) {
+        if (!feature.at("geometry").is_null())
+            shapes.push_back({countryOfShape(feature.at("properties")), shapeOf(feature.at("geometry"))});
+    }
+    return shapes;
+}
+
+std::vector<RegionShape> readRegions(const std::filesystem::path& file) {
+    std::vector<RegionShape> shapes;
+    const json document = readJson(file);
+    for (const json& feature : document.at("features")) {
+        const json& properties = feature.at("properties");
+        shapes.push_back({textOr(properties, "iso_a2", ""),
+                          textOr(properties, "name_en", textOr(properties, "name", "")),
+                          shapeOf(feature.at("geometry"))});
+    }
+    return shapes;
+}
+
+std::vector<std::vector<std::string>> readTable(const std::filesystem::path& file, std::size_t columns) {
+    std::ifstream stream(file);
+    if (!stream)
+        throw std::runtime_error("cannot read " + file.string());
+    std::vector<std::vector<std::string>> rows;
+    for (std::string line; std::getline(stream, line);) {
+        if (line.empty() || line.front() == '#')
+            continue;
+        rows.push_back(split(line, '\t'));
+        if (rows.back().size() != columns)
+            throw std::runtime_error(file.string() + " has a line of another length: " + line);
+    }
+    return rows;
+}
+
+} // namespace GazetteerBuilder

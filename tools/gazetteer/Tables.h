@@ -1,0 +1,63 @@
+#pragma once
+
+#include <Analysis/GazetteerFormat.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+/// What the packages hold, read as it is.
+namespace GazetteerBuilder {
+
+struct Place {
+    std::string name;
+    /// The name in plain Latin letters.
+    std::string asciiName;
+    /// Separated by commas, any language.
+    std::string alternateNames;
+    double latitude = 0;
+    double longitude = 0;
+    /// GeoNames' feature code: PPLC a capital, PPLX a section of a town, …
+    std::string kind;
+    /// ISO 3166-1 alpha-2, and XK.
+    std::string country;
+    /// Codes of the administrative areas, widest first; empty where there is none.
+    std::vector<std::string> areas;
+    std::uint32_t population = 0;
+};
+
+/// Rings of outlines and holes alike; each ends where it began.
+struct Shape {
+    std::vector<std::vector<Analysis::GazetteerFormat::Vertex>> rings;
+};
+
+struct CountryShape {
+    /// Empty for land that belongs to no country.
+    std::string country;
+    Shape shape;
+};
+
+struct RegionShape {
+    std::string country;
+    std::string englishName;
+    Shape shape;
+};
+
+/// language → country → name
+using CountryNames = std::map<std::string, std::map<std::string, std::string>>;
+
+[[nodiscard]] std::vector<Place> readPlaces(const std::filesystem::path& file);
+/// "US.CA" or "US.CA.037" → name
+[[nodiscard]] std::map<std::string, std::string> readAreaNames(const std::filesystem::path& file);
+[[nodiscard]] CountryNames readCountryNames(const std::filesystem::path& folder);
+[[nodiscard]] std::vector<CountryShape> readBorders(const std::filesystem::path& file);
+[[nodiscard]] std::vector<RegionShape> readRegions(const std::filesystem::path& file);
+
+/// The fields of each line of a table of our own; lines that are empty or begin with # are left out. Throws
+/// when a line has not exactly `columns` fields.
+[[nodiscard]] std::vector<std::vector<std::string>> readTable(const std::filesystem::path& file,
+                                                              std::size_t columns);
+
+} // namespace GazetteerBuilder

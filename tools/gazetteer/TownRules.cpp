@@ -1,0 +1,199 @@
+#include "TownRules.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <numbers>
+#include <set>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+
+namespace GazetteerBuilder {
+
+namespace {
+
+/// A town's unit swallows what lies within this part of its radius.
+constexpr double coreShare = 0.5;
+/// But nothing that is itself a fair part of it.
+constexpr double sectionShare = 0.4;
+/// Smaller towns are left alone: what lies beside them are villages, not districts.
+constexpr std::uint32_t smallestMetropolis = 100'000;
+/// The densely built core, for which `coreShare` is measured.
+constexpr double coreDensityPerKm2 = 4000;
+constexpr double townDensityPerKm2 = 3000;
+constexpr double smallestRadiusKm = 0.5;
+constexpr double largestRadiusKm = 25;
+
+constexpr double kmPerDegree = 111.195;
+
+double distanceKm(const Place& a, const Place& b) {
+    const double latitude = (a.latitude + b.latitude) / 2 * std::numbers::pi / 180;
+    const double dx = std::remainder(a.longitude - b.longitude, 360.0) * std::cos(latitude);
+    return std::hypot(dx, a.latitude - b.latitude) * kmPerDegree;
+}
+
+double discRadius(std::uint32_t population, double density) {
+    return std::sqrt(population / (std::numbers::pi * density));
+}
+
+/// Territories that are one town, whatever their districts are.
+bool isCityState(std::string_view country) {
+    static const std::set<std::string_view> codes{"GI", "HK", "MC", "MO", "SG", "VA"};
+    return codes.contains(country);
+}
+
+/// Whether the inner place belongs to the smallest administrative unit that the outer one names.
+bool isInUnitOf(const Place& inner, const Place& outer) {
+    if (inner.country != outer.country)
+        return false;
+    if (isCityState(outer.country))
+        return true;
+    for (std::size_t level = 0; level < outer.areas.size(); ++level) {
+        if (outer.areas[level].empty())
+            return level > 0;
+        if (inner.areas[level] != outer.areas[level])
+            return false;
+    }
+    return true;
+}
+
+/// Places by whole degrees, to look only at those nearby.
+using Grid = std::map<std::pair<int, int>, std::vector<std::size_t>>;
+
+std::pair<int, int> gridCell(const Place& place) {
+    return {static_cast<int>(std::floor(place.latitude)), static_cast<int>(std::floor(place.longitude))};
+}
+
+/// Countries whose names reach the table through a romanisation, marks and all, or whose marks English drops.
+bool isWrittenPlainly(std::string_view country) {
+    static const std::set<std::string_view> codes{
+        "AE", "AF", "AM", "AZ", "BD", "BG", "BH", "BT", "BY", "CN", "CY", "EG", "ER", "ET", "GE", "GR", "HK",
+        "IL", "IN", "IQ", "IR", "JO", "JP", "KG", "KH", "KP", "KR", "KW", "KZ", "LA", "LB", "LK", "LY", "MK",
+        "MM", "MN", "MO", "MV", "NP", "OM", "PK", "PS", "QA", "RU", "SA", "SD", "SY", "TH", "TJ", "TM", "TW",
+        "UA", "UZ", "VN", "YE"};
+    return codes.contains(country);
+}
+
+/// Where an apostrophe stands for a soft sign or a glottal stop, which English readers leave out.
+std::string plainName(const Place& place) {
+    if (place.asciiName.empty())
+        return place.name;
+    std::string name = place.asciiName;
+    std::erase_if(name, [](char c) { return c == '\'' || c == '`'; });
+    return name;
+}
+
+} // namespace
+
+bool isTown(const Place& place) {
+    // Sections of towns; historical, destroyed and abandoned places.
+    static const std::set<std::string_view> others{"PPLX", "PPLH", "PPLCH", "PPLQ", "PPLW"};
+    if (others.contains(place.kind))
+        return false;
+    // A seat of government where nobody lives is a building.
+    return place.kind != "PPLG" || place.population > 0;
+}
+
+std::uint32_t assumedPopulation(const Place& place) {
+    const auto atLeast = [&](std::uint32_t floor) { return std::max(place.population, floor); };
+    if (place.kind == "PPLA")
+        return atLeast(5000);
+    if (place.kind == "PPLA2")
+        return atLeast(2000);
+    if (place.kind == "PPLA3")
+        return atLeast(1000);
+    return atLeast(500);
+}
+
+double radiusKm(std::uint32_t population) {
+    return std::clamp(discRadius(population, townDensityPerKm2), smallestRadiusKm, largestRadiusKm);
+}
+
+double fadeKm(std::uint32_t population) {
+    return 2 + std::log10(population / 500.0);
+}
+
+std::vector<Place> withoutSections(std::vector<Place> places, const std::filesystem::path& corrections) {
+    std::set<std::pair<std::string, std::string>> listed;
+    for (const auto& row : readTable(corrections, 2))
+        listed.emplace(row[0], row[1]);
+    const std::size_t expected = listed.size();
+    std::vector<std::size_t> largestFirst(places.size());
+    for (std::size_t i = 0; i < places.size(); ++i)
+        largestFirst[i] = i;
+    std::stable_sort(largestFirst.begin(), largestFirst.end(),
+                     [&](std::size_t a, std::size_t b) { return places[a].population > places[b].population; });
+
+    Grid grid;
+    for (std::size_t i = 0; i < places.size(); ++i)
+        grid[gridCell(places[i])].push_back(i);
+
+    std::vector<bool> isSection(places.size(), false);
+    std::size_t found = 0;
+    for (const std::size_t i : largestFirst) {
+        // A listed name means the largest place that bears it.
+        if (listed.erase({places[i].country, places[i].name}) > 0) {
+            isSection[i] = true;
+            ++found;
+        }
+    }
+    if (found != expected)
+        throw std::runtime_error(corrections.string() + " lists " + listed.begin()->second + " (" +
+                                 listed.begin()->first + "), which is no place");
+
+    for (const std::size_t i : largestFirst) {
+        const Place& town = places[i];
+        if (town.population < smallestMetropolis)
+            break;
+        if (isSection[i])
+            continue;
+        const double core = discRadius(town.population, coreDensityPerKm2) * coreShare;
+        const auto [row, column] = gridCell(town);
+        for (int y = row - 1; y <= row + 1; ++y) {
+            for (int x = column - 1; x <= column + 1; ++x) {
+                const auto cell = grid.find({y, x});
+                if (cell == grid.end())
+                    continue;
+                for (const std::size_t j : cell->second) {
+                    const Place& other = places[j];
+                    if (j != i && other.kind != "PPLC" && other.population < sectionShare * town.population &&
+                        distanceKm(town, other) < core && isInUnitOf(other, town))
+                        isSection[j] = true;
+                }
+            }
+        }
+    }
+
+    std::vector<Place> towns;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        if (!isSection[i])
+            towns.push_back(std::move(places[i]));
+    }
+    return towns;
+}
+
+void nameInEnglish(std::vector<Place>& places, const std::filesystem::path& table) {
+    std::map<std::pair<std::string, std::string>, std::size_t> largest;
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const auto [entry, isNew] = largest.try_emplace({places[i].country, places[i].name}, i);
+        if (!isNew && places[i].population > places[entry->second].population)
+            entry->second = i;
+    }
+    std::map<std::size_t, std::string> names;
+    for (const auto& row : readTable(table, 3)) {
+        const auto found = largest.find({row[0], row[1]});
+        if (found == largest.end())
+            throw std::runtime_error(table.string() + " names " + row[1] + " (" + row[0] +
+                                     "), which is no town");
+        names[found->second] = row[2];
+    }
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        if (const auto known = names.find(i); known != names.end())
+            places[i].name = known->second;
+        else if (isWrittenPlainly(places[i].country))
+            places[i].name = plainName(places[i]);
+    }
+}
+
+} // namespace GazetteerBuilder

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "Tables.h"
+
+#include <filesystem>
+#include <vector>
+
+/// Which places are towns that people would name, how large they are, and what they are called in English.
+namespace GazetteerBuilder {
+
+/// Whether the feature code stands for a town at all, rather than for a part of one or for one that is no more.
+[[nodiscard]] bool isTown(const Place& place);
+
+/// At least a little, also where the table knows no number.
+[[nodiscard]] std::uint32_t assumedPopulation(const Place& place);
+
+/// The radius of a disc that holds the population at a town's usual density.
+[[nodiscard]] double radiusKm(std::uint32_t population);
+/// How far outside the disc a town is as near as its own edge is to the middle.
+[[nodiscard]] double fadeKm(std::uint32_t population);
+
+/// Without the places that are parts of a far larger town: those listed in `corrections`, and those well inside
+/// a large town that belong to the same administrative unit as the town does.
+[[nodiscard]] std::vector<Place> withoutSections(std::vector<Place> places,
+                                                 const std::filesystem::path& corrections);
+
+/// Gives every place its English name: from the table, else its own name, in plain letters where the country
+/// writes another script or letters that English readers drop. Throws when a line of the table fits no place.
+void nameInEnglish(std::vector<Place>& places, const std::filesystem::path& table);
+
+} // namespace GazetteerBuilder
