@@ -1,20 +1,28 @@
 #include <Foundation/AtomicFile.h>
+#include <Foundation/Uuid.h>
 
-#include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
-#include <string>
 #include <sys/stat.h>
-#include <system_error>
 #include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <string>
+#include <system_error>
 #include <utility>
 
 namespace Foundation {
 
 namespace {
 
+[[noreturn]] void fail(int error, const std::filesystem::path& path) {
+    throw std::system_error(error, std::generic_category(), path.string());
+}
+
+/// With the error of the system call that has just failed.
 [[noreturn]] void fail(const std::filesystem::path& path) {
-    throw std::system_error(errno, std::generic_category(), path.string());
+    const int error = errno;
+    fail(error, path);
 }
 
 class FileDescriptor {
@@ -37,7 +45,10 @@ private:
 /// Follows a chain of symbolic links by hand, since the last one may dangle: writing through a link creates
 /// its target.
 std::filesystem::path linkTarget(std::filesystem::path path) {
-    for (int depth = 0; depth < 40 && std::filesystem::is_symlink(std::filesystem::symlink_status(path)); ++depth) {
+    constexpr int longestChain = 40; // as the kernel's own limit
+    for (int length = 0; std::filesystem::is_symlink(std::filesystem::symlink_status(path)); ++length) {
+        if (length == longestChain)
+            fail(ELOOP, path);
         const std::filesystem::path target = std::filesystem::read_symlink(path);
         path = target.is_absolute() ? target : path.parent_path() / target;
     }
@@ -56,10 +67,54 @@ void writeAll(int descriptor, std::string_view contents, const std::filesystem::
     }
 }
 
-mode_t defaultMode() {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
+/// A new file beside the target that goes again unless it takes the target's name.
+class TemporaryFile {
+public:
+    /// The name does not lengthen the target's own, which may be as long as names can be.
+    TemporaryFile(const std::filesystem::path& folder, const std::filesystem::path& target, mode_t mode)
+        : m_path(folder / (".roamly-" + Uuid::random().text()))
+        , m_target(target)
+        , m_file(::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)) {
+        if (m_file.get() < 0)
+            fail(target);
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        if (!m_inPlace)
+            ::unlink(m_path.c_str());
+    }
+
+    [[nodiscard]] int descriptor() const { return m_file.get(); }
+
+    void moveIntoPlace() {
+        if (::close(m_file.release()) != 0 || ::rename(m_path.c_str(), m_target.c_str()) != 0)
+            fail(m_target);
+        m_inPlace = true;
+    }
+
+private:
+    std::filesystem::path m_path;
+    std::filesystem::path m_target;
+    FileDescriptor m_file;
+    bool m_inPlace = false;
+};
+
+/// Owner, group and permissions of the file that is replaced. File systems without permissions refuse to
+/// change them even to what they show, so nothing is changed that agrees already.
+void takeAttributes(int descriptor, const struct stat& existing, const std::filesystem::path& path) {
+    struct stat created {};
+    if (::fstat(descriptor, &created) != 0)
+        fail(path);
+    // Keeping owner and group is a courtesy that only root can always grant.
+    if (existing.st_uid != created.st_uid || existing.st_gid != created.st_gid) {
+        [[maybe_unused]] const bool kept = ::fchown(descriptor, existing.st_uid, existing.st_gid) == 0 ||
+                                           ::fchown(descriptor, static_cast<uid_t>(-1), existing.st_gid) == 0;
+    }
+    constexpr mode_t permissions = 07777;
+    if ((existing.st_mode & permissions) != (created.st_mode & permissions) &&
+        ::fchmod(descriptor, existing.st_mode & permissions) != 0)
+        fail(path);
 }
 
 } // namespace
@@ -70,36 +125,20 @@ void writeFileAtomically(const std::filesystem::path& path, std::string_view con
 
     struct stat existing {};
     const bool exists = ::stat(target.c_str(), &existing) == 0;
-    if (exists && !S_ISREG(existing.st_mode)) {
-        errno = S_ISDIR(existing.st_mode) ? EISDIR : EINVAL;
-        fail(target);
-    }
+    if (exists && !S_ISREG(existing.st_mode))
+        fail(S_ISDIR(existing.st_mode) ? EISDIR : EINVAL, target);
     // A rename would replace even a file that its owner made read-only; refuse as an in-place write would.
     if (exists && ::access(target.c_str(), W_OK) != 0)
         fail(target);
 
-    std::string temporary = (folder / ("." + target.filename().string() + ".XXXXXX")).string();
-    FileDescriptor file{::mkostemp(temporary.data(), O_CLOEXEC)};
-    if (file.get() < 0)
+    // A private file must not be open to others for even a moment.
+    TemporaryFile file{folder, target, exists ? mode_t{0600} : mode_t{0666}};
+    if (exists)
+        takeAttributes(file.descriptor(), existing, target);
+    writeAll(file.descriptor(), contents, target);
+    if (::fsync(file.descriptor()) != 0)
         fail(target);
-    try {
-        if (exists && (existing.st_uid != ::geteuid() || existing.st_gid != ::getegid())) {
-            // Keeping the owner is a courtesy that only root can always grant.
-            [[maybe_unused]] const int ignored = ::fchown(file.get(), existing.st_uid, existing.st_gid);
-        }
-        if (::fchmod(file.get(), exists ? existing.st_mode & 07777 : defaultMode()) != 0)
-            fail(target);
-        writeAll(file.get(), contents, target);
-        if (::fsync(file.get()) != 0)
-            fail(target);
-        if (::close(file.release()) != 0)
-            fail(target);
-        if (::rename(temporary.c_str(), target.c_str()) != 0)
-            fail(target);
-    } catch (...) {
-        ::unlink(temporary.c_str());
-        throw;
-    }
+    file.moveIntoPlace();
     // Some file systems cannot synchronise a folder; the new contents are in place all the same.
     const FileDescriptor folderDescriptor{::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
     if (folderDescriptor.get() >= 0)
@@ -113,16 +152,18 @@ std::string readFile(const std::filesystem::path& path) {
     struct stat status {};
     if (::fstat(file.get(), &status) != 0)
         fail(path);
-    if (!S_ISREG(status.st_mode)) {
-        errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
-        fail(path);
-    }
-    std::string contents;
-    contents.resize(static_cast<std::size_t>(status.st_size));
+    if (!S_ISREG(status.st_mode))
+        fail(S_ISDIR(status.st_mode) ? EISDIR : EINVAL, path);
+    if (status.st_size > static_cast<off_t>(largestReadableFile))
+        fail(EFBIG, path);
+    // One byte of room more than the file should need, to meet its end without growing.
+    std::string contents(static_cast<std::size_t>(status.st_size) + 1, '\0');
     std::size_t length = 0;
     while (true) {
+        if (length > largestReadableFile)
+            fail(EFBIG, path);
         if (length == contents.size())
-            contents.resize(contents.size() + 65536);
+            contents.resize(std::max<std::size_t>(contents.size() * 2, 65536));
         const ssize_t count = ::read(file.get(), contents.data() + length, contents.size() - length);
         if (count < 0) {
             if (errno == EINTR)

@@ -2,7 +2,9 @@
 
 #include <Foundation/Bytes.h>
 
+#include <cstddef>
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 namespace Foundation {
@@ -10,10 +12,15 @@ namespace Foundation {
 /// Replaces the file's contents so that after a crash at any instant it holds the old bytes or the new ones:
 /// a temporary file beside it is written, synchronised, renamed over it, and the folder synchronised. An
 /// existing file's permission bits are kept; a symbolic link is followed and stays a link. New files get the
-/// process's default mode. Throws std::system_error (the path is in its text) and leaves the old file as it was.
+/// process's default mode. Throws std::system_error (the path is in its text) and leaves the old file as it
+/// was.
 void writeFileAtomically(const std::filesystem::path& path, std::string_view contents);
 
-/// The whole file. Throws std::system_error; a folder or another non-regular file is an error.
+/// Far above any document, and below what would take a machine's memory away.
+inline constexpr std::size_t largestReadableFile = std::size_t{1} << 30;
+
+/// The whole file. Throws std::system_error; a folder or another non-regular file is an error, as is one
+/// larger than `largestReadableFile`.
 [[nodiscard]] std::string readFile(const std::filesystem::path& path);
 
 } // namespace Foundation

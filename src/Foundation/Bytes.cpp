@@ -1,5 +1,6 @@
 #include <Foundation/Bytes.h>
 
+#include <algorithm>
 #include <array>
 
 namespace Foundation {

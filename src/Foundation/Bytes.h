@@ -14,7 +14,8 @@ using Bytes = std::vector<std::uint8_t>;
 /// Standard alphabet, with padding, no line breaks (RFC 4648, section 4).
 [[nodiscard]] std::string base64Encoded(const Bytes& bytes);
 
-/// The inverse; nothing when the text is not exactly such an encoding.
+/// The inverse; nothing when the text is not such an encoding: another alphabet, missing padding, white
+/// space. Bits of the last character that stand for no byte are ignored.
 [[nodiscard]] std::optional<Bytes> base64Decoded(std::string_view text);
 
 /// True when the bytes are well-formed UTF-8 (no overlong forms, no surrogates, at most U+10FFFF).

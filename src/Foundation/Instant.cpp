@@ -10,11 +10,11 @@ std::string iso8601(Instant instant) {
     const std::chrono::year_month_day date{day};
     const std::chrono::hh_mm_ss time{instant - day};
     std::array<char, 48> buffer{};
-    const int length = std::snprintf(buffer.data(), buffer.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ",
-                                     static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                                     static_cast<unsigned>(date.day()), static_cast<int>(time.hours().count()),
-                                     static_cast<int>(time.minutes().count()),
-                                     static_cast<int>(time.seconds().count()));
+    const int length =
+        std::snprintf(buffer.data(), buffer.size(), "%04d-%02u-%02uT%02d:%02d:%02dZ",
+                      static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                      static_cast<unsigned>(date.day()), static_cast<int>(time.hours().count()),
+                      static_cast<int>(time.minutes().count()), static_cast<int>(time.seconds().count()));
     return {buffer.data(), static_cast<std::size_t>(length)};
 }
 
@@ -33,13 +33,14 @@ std::optional<Instant> parseIso8601(std::string_view text) {
             value = value * 10 + static_cast<unsigned>(c - '0');
         return value;
     };
-    return makeInstant(static_cast<int>(number(0, 4)), number(5, 2), number(8, 2), number(11, 2), number(14, 2),
-                       number(17, 2));
+    return makeInstant(static_cast<int>(number(0, 4)), number(5, 2), number(8, 2), number(11, 2),
+                       number(14, 2), number(17, 2));
 }
 
 std::optional<Instant> makeInstant(int year, unsigned month, unsigned day, unsigned hour, unsigned minute,
                                    unsigned second) {
-    if (year < 1 || year > 9999 || hour > 23 || minute > 59 || second > 59)
+    // The calendar types below hold a byte each and would wrap around.
+    if (year < 1 || year > 9999 || month > 12 || day > 31 || hour > 23 || minute > 59 || second > 59)
         return std::nullopt;
     const std::chrono::year_month_day date{std::chrono::year{year}, std::chrono::month{month},
                                            std::chrono::day{day}};
