@@ -33,7 +33,7 @@ bool isRecognisedByChance(const TypeName& type) {
 
 } // namespace
 
-bool isImage(const RegularFile& file) {
+bool isImage(const FileSource& file) {
     const std::span<const std::uint8_t> head = file.head();
     if (head.empty())
         return false;

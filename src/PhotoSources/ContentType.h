@@ -1,6 +1,6 @@
 #pragma once
 
-#include <PhotoSources/RegularFile.h>
+#include <PhotoSources/FileSource.h>
 
 namespace PhotoSources {
 
@@ -8,6 +8,6 @@ namespace PhotoSources {
 /// with a wrong extension or none is an image; a PDF, a film, a text or an empty file is none whatever its
 /// name. Only where the database does not know the contents (many camera raw formats, a damaged start) the
 /// name decides. Thread-safe.
-[[nodiscard]] bool isImage(const RegularFile& file);
+[[nodiscard]] bool isImage(const FileSource& file);
 
 } // namespace PhotoSources

@@ -5,7 +5,7 @@
 #include <PhotoSources/FolderImporter.h>
 #include <PhotoSources/FolderWalk.h>
 #include <PhotoSources/ImageFileMetadata.h>
-#include <PhotoSources/RegularFile.h>
+#include <PhotoSources/FileSource.h>
 
 #include <algorithm>
 #include <atomic>
@@ -27,7 +27,7 @@ struct FoundPhoto {
 };
 
 std::optional<FoundPhoto> readPhoto(const fs::path& path) {
-    const std::optional<RegularFile> file = RegularFile::open(path);
+    const std::optional<FileSource> file = FileSource::open(path);
     if (!file || !isImage(*file))
         return std::nullopt;
     std::optional<Foundation::Bytes> bookmark = Foundation::makeBookmark(path);

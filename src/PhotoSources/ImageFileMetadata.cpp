@@ -1,7 +1,7 @@
 #include <PhotoSources/EmbeddedExif.h>
 #include <PhotoSources/Exiv2Tags.h>
 #include <PhotoSources/ImageFileMetadata.h>
-#include <PhotoSources/RegularFile.h>
+#include <PhotoSources/FileSource.h>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -164,11 +164,11 @@ std::optional<Instant> parseExifDate(std::string_view text, const std::optional<
 }
 
 ImageFileMetadata read(const std::filesystem::path& file) {
-    const std::optional<RegularFile> opened = RegularFile::open(file);
+    const std::optional<FileSource> opened = FileSource::open(file);
     return opened ? read(*opened) : metadata({}, file);
 }
 
-ImageFileMetadata read(const RegularFile& file) {
+ImageFileMetadata read(const FileSource& file) {
     const std::optional<ExifTags> tags = readEmbeddedExif(file);
     return metadata(tags ? *tags : readExiv2Tags(file.path()), file.path());
 }

@@ -10,7 +10,7 @@
 
 namespace PhotoSources {
 
-class RegularFile;
+class FileSource;
 
 struct ImageFileMetadata {
     std::optional<Foundation::Instant> captureDate;
@@ -25,7 +25,7 @@ namespace ImageFileMetadataReader {
 
 /// Never fails: what cannot be read is absent. Thread-safe.
 [[nodiscard]] ImageFileMetadata read(const std::filesystem::path& file);
-[[nodiscard]] ImageFileMetadata read(const RegularFile& file);
+[[nodiscard]] ImageFileMetadata read(const FileSource& file);
 
 /// `text` as "2023:07:14 18:22:05", `offset` as "+02:00"; without a usable offset the text is wall-clock time
 /// in the machine's zone.
