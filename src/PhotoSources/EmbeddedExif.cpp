@@ -21,6 +21,11 @@ bool startsWith(const std::array<std::uint8_t, length>& bytes, std::string_view 
                       [](char a, std::uint8_t b) { return static_cast<std::uint8_t>(a) == b; });
 }
 
+/// A file that ends inside of its EXIF data is broken there; nobody reads dates from what is left.
+bool isWhole(const ByteSource& file, std::uint64_t offset, std::uint64_t length) {
+    return offset <= file.size() && length <= file.size() - offset;
+}
+
 /// Some writers put the mark of JPEG's segment before the TIFF structure in other containers too.
 ExifTags readBlock(const ByteSource& block) {
     const auto start = block.bytesAt<6>(0);
@@ -47,7 +52,8 @@ ExifTags readJpeg(const ByteSource& file) {
         const std::uint16_t length = bigEndian16(*segment, 2);
         constexpr std::uint8_t endOfImage = 0xD9;
         constexpr std::uint8_t startOfScan = 0xDA;
-        if (marker == endOfImage || marker == startOfScan || length < 2)
+        if (marker == endOfImage || marker == startOfScan || length < 2 ||
+            !isWhole(file, position + 2, length))
             break;
         constexpr std::uint8_t app1 = 0xE1;
         if (marker == app1 && length >= 2 + exifMark.size()) {
@@ -70,7 +76,7 @@ std::optional<ExifTags> readPng(const ByteSource& file) {
         if (!chunk || startsWith(*chunk, "IEND", 4))
             break;
         const std::uint64_t length = bigEndian32(*chunk, 0);
-        if (startsWith(*chunk, "eXIf", 4))
+        if (startsWith(*chunk, "eXIf", 4) && isWhole(file, position + 8, length))
             return readBlock(SourceRange{file, position + 8, length});
         if (startsWith(*chunk, "tEXt", 4) || startsWith(*chunk, "zTXt", 4) || startsWith(*chunk, "iTXt", 4)) {
             const auto keyword = file.bytesAt<21>(position + 8);
@@ -89,7 +95,7 @@ ExifTags readWebp(const ByteSource& file) {
         if (!chunk)
             break;
         const std::uint64_t length = numberIn<std::uint32_t>(*chunk, 4, ByteOrder::LittleEndian);
-        if (startsWith(*chunk, "EXIF"))
+        if (startsWith(*chunk, "EXIF") && isWhole(file, position + 8, length))
             return readBlock(SourceRange{file, position + 8, length});
         position += 8 + length + length % 2;
     }

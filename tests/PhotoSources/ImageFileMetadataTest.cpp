@@ -442,6 +442,12 @@ TEST_F(ImageContainerTest, JpegThatIsCutOffAfterItsExif) {
     expectFound(bytes, "photo.jpg");
 }
 
+TEST_F(ImageContainerTest, JpegThatIsCutOffInsideItsExifHasNone) {
+    SampleFiles::Bytes bytes = SampleFiles::jpeg(m_exif);
+    bytes.resize(12 + SampleFiles::tiff(m_exif).size() - 1);
+    EXPECT_TRUE(read(bytes).captureDateIsLowConfidence);
+}
+
 TEST_F(ImageContainerTest, Png) {
     expectFound(SampleFiles::png(SampleFiles::tiff(m_exif)), "first.png");
     expectFound(SampleFiles::png(SampleFiles::tiff(m_exif, true), true), "last.png");
