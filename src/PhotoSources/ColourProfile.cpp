@@ -168,4 +168,49 @@ Bytes adobeRgb() {
     return profile;
 }
 
+std::optional<Bytes> toSrgb(std::span<const std::uint8_t> profile, int channels, int bitsPerChannel,
+                            std::span<const std::uint8_t> samples) {
+    const bool wide = bitsPerChannel == 16;
+    cmsColorSpaceSignature space{};
+    cmsUInt32Number format = 0;
+    switch (channels) {
+    case 1:
+        space = cmsSigGrayData;
+        format = wide ? TYPE_GRAY_16 : TYPE_GRAY_8;
+        break;
+    case 3:
+        space = cmsSigRgbData;
+        format = wide ? TYPE_RGB_16 : TYPE_RGB_8;
+        break;
+    case 4:
+        space = cmsSigCmykData;
+        format = wide ? TYPE_CMYK_16 : TYPE_CMYK_8;
+        break;
+    default:
+        return std::nullopt;
+    }
+    // A context of its own keeps what a broken profile provokes to this call.
+    const std::unique_ptr<std::remove_pointer_t<cmsContext>, decltype(&cmsDeleteContext)> context(
+        cmsCreateContext(nullptr, nullptr), &cmsDeleteContext);
+    using Profile = std::unique_ptr<void, decltype(&cmsCloseProfile)>;
+    const Profile input(
+        cmsOpenProfileFromMemTHR(context.get(), profile.data(), static_cast<cmsUInt32Number>(profile.size())),
+        &cmsCloseProfile);
+    if (!input || cmsGetColorSpace(input.get()) != space)
+        return std::nullopt;
+    const Profile output(cmsCreate_sRGBProfileTHR(context.get()), &cmsCloseProfile);
+    // Joined into one table, 16-bit profiles would lose the precision that the samples were stored for.
+    const cmsUInt32Number flags = cmsFLAGS_BLACKPOINTCOMPENSATION | (wide ? cmsFLAGS_NOOPTIMIZE : 0U);
+    const std::unique_ptr<void, decltype(&cmsDeleteTransform)> transform(
+        cmsCreateTransformTHR(context.get(), input.get(), format, output.get(), TYPE_RGB_8,
+                              INTENT_RELATIVE_COLORIMETRIC, flags),
+        &cmsDeleteTransform);
+    if (!transform)
+        return std::nullopt;
+    const std::size_t pixels = samples.size() / static_cast<std::size_t>(channels * bitsPerChannel / 8);
+    Bytes result(pixels * 3);
+    cmsDoTransform(transform.get(), samples.data(), result.data(), static_cast<cmsUInt32Number>(pixels));
+    return result;
+}
+
 } // namespace PhotoSources::ColourProfile

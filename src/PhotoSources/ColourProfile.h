@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace PhotoSources {
@@ -26,6 +27,12 @@ using Bytes = std::vector<std::uint8_t>;
 [[nodiscard]] std::optional<Bytes> forCoding(const ColourCoding& coding);
 
 [[nodiscard]] Bytes adobeRgb();
+
+/// Converts interleaved samples of 8 or 16 bits (the latter in the machine's byte order) from the profile's
+/// colours to sRGB, 8 bits R G B: relative colorimetric, black mapped to black. Nothing when the profile is
+/// broken or is not for so many channels (1 grey, 3 RGB, 4 CMYK with 255 for full ink).
+[[nodiscard]] std::optional<Bytes> toSrgb(std::span<const std::uint8_t> profile, int channels,
+                                          int bitsPerChannel, std::span<const std::uint8_t> samples);
 
 } // namespace ColourProfile
 

@@ -194,7 +194,8 @@ bool isAffordable(const ImageFile& file, ImageFormat format, Size size) {
     }
 }
 
-/// Leaves at least a factor of two to the resampler, whose filter is the better one, and a pixel of the short side.
+/// Leaves at least a factor of two to the resampler, whose filter is the better one, and a pixel of the short
+/// side.
 int jpegShrinkFor(Size size, int maxPixel) {
     for (const int shrink : {8, 4, 2}) {
         if (size.longest() / (2 * shrink) >= maxPixel && size.shortest() >= shrink)
@@ -261,25 +262,49 @@ Picture opaque(Picture picture) {
     return picture;
 }
 
-Picture inSrgb(Picture picture) {
-    if (hasProfile(picture)) {
-        Picture converted = made([&](VipsImage** out) {
-            return vips_icc_transform(picture.get(), out, "srgb", "embedded", TRUE, "intent",
-                                      VIPS_INTENT_RELATIVE, "black_point_compensation", TRUE, nullptr);
-        });
-        // A profile that is broken or is not for such samples is as good as none.
-        if (converted)
-            return converted;
-    }
-    picture = made([&](VipsImage** out) {
+/// A copy: a loader may replace its picture's metadata once pixels are asked for.
+ColourProfile::Bytes profileOf(const Picture& picture) {
+    const void* bytes = nullptr;
+    std::size_t size = 0;
+    if (!hasProfile(picture) || vips_image_get_blob(picture.get(), VIPS_META_ICC_NAME, &bytes, &size) != 0)
+        return {};
+    const auto* first = static_cast<const std::uint8_t*>(bytes);
+    return {first, first + size};
+}
+
+/// What libvips makes of colours that come without a usable profile.
+Picture withoutProfileInSrgb(const Picture& picture) {
+    Picture converted = made([&](VipsImage** out) {
         return vips_colourspace(picture.get(), out, VIPS_INTERPRETATION_sRGB, nullptr);
     });
-    if (picture && vips_image_get_format(picture.get()) != VIPS_FORMAT_UCHAR)
-        return made([&](VipsImage** out) { return vips_cast_uchar(picture.get(), out, nullptr); });
-    return picture;
+    if (converted && vips_image_get_format(converted.get()) != VIPS_FORMAT_UCHAR)
+        return made([&](VipsImage** out) { return vips_cast_uchar(converted.get(), out, nullptr); });
+    return converted;
 }
 
 // ---------------------------------------------------------------------------------------------------- pixels
+
+std::optional<std::vector<std::uint8_t>> computed(const Picture& picture) {
+    std::size_t count = 0;
+    const std::unique_ptr<void, decltype(&g_free)> memory(vips_image_write_to_memory(picture.get(), &count),
+                                                          &g_free);
+    if (!memory)
+        return std::nullopt;
+    const auto* bytes = static_cast<const std::uint8_t*>(memory.get());
+    return std::vector<std::uint8_t>(bytes, bytes + count);
+}
+
+/// The pixels of a picture whose colours no profile explains.
+std::optional<Foundation::Image> untagged(const Picture& picture) {
+    const Picture converted = withoutProfileInSrgb(picture);
+    if (!converted || vips_image_get_bands(converted.get()) != 3)
+        return std::nullopt;
+    std::optional<std::vector<std::uint8_t>> pixels = computed(converted);
+    if (!pixels)
+        return std::nullopt;
+    const Size size = sizeOf(converted);
+    return Foundation::Image{size.width, size.height, std::move(*pixels)};
+}
 
 std::optional<Foundation::Image> rendered(Picture picture, Size target) {
     picture = opaque(std::move(picture));
@@ -294,18 +319,28 @@ std::optional<Foundation::Image> rendered(Picture picture, Size target) {
         if (!picture)
             return std::nullopt;
     }
-    picture = inSrgb(std::move(picture));
-    if (!picture || vips_image_get_bands(picture.get()) != 3)
-        return std::nullopt;
 
-    std::size_t count = 0;
-    const std::unique_ptr<void, decltype(&g_free)> memory(vips_image_write_to_memory(picture.get(), &count),
-                                                          &g_free);
+    // Colours are converted last, when there are the fewest pixels.
+    const VipsBandFormat format = vips_image_get_format(picture.get());
+    const bool canUseProfile = format == VIPS_FORMAT_UCHAR || format == VIPS_FORMAT_USHORT;
     const Size result = sizeOf(picture);
-    if (!memory || count != result.pixels() * 3)
-        return std::nullopt;
-    const auto* bytes = static_cast<const std::uint8_t*>(memory.get());
-    return Foundation::Image{result.width, result.height, {bytes, bytes + count}};
+    if (const ColourProfile::Bytes profile = profileOf(picture); canUseProfile && !profile.empty()) {
+        const std::optional<std::vector<std::uint8_t>> samples = computed(picture);
+        if (!samples)
+            return std::nullopt;
+        const int bands = vips_image_get_bands(picture.get());
+        if (std::optional<std::vector<std::uint8_t>> pixels =
+                ColourProfile::toSrgb(profile, bands, format == VIPS_FORMAT_UCHAR ? 8 : 16, *samples))
+            return Foundation::Image{result.width, result.height, std::move(*pixels)};
+        // A profile that is broken or not for such samples is as good as none.
+        Picture plain(vips_image_new_from_memory(samples->data(), samples->size(), result.width,
+                                                 result.height, bands, format));
+        if (!plain)
+            return std::nullopt;
+        plain->Type = vips_image_guess_interpretation(picture.get());
+        return untagged(plain);
+    }
+    return untagged(picture);
 }
 
 /// Whether enough of a damaged picture came out to be worth showing. Decoders fill what is missing, at the
