@@ -62,17 +62,18 @@ Rectangle beforeTurning(const Rectangle& shown, const View& view) {
 
 /// What a crop keeps of a picture of this size; all of it where the crop makes no sense.
 Rectangle cropped(const HeifCrop& crop, int width, int height) {
-    const auto along = [](double kept, double offset, int length, int& start, int& size) {
+    const auto start = [](double kept, double offset, int length) -> std::optional<int> {
         const double first = offset + (length - 1) / 2.0 - (kept - 1) / 2;
         if (!(kept >= 1) || !(kept <= length) || !(first > -1) || !(first < length))
-            return;
-        start = std::clamp(static_cast<int>(std::lround(first)), 0, length - 1);
-        size = std::clamp(static_cast<int>(std::lround(kept)), 1, length - start);
+            return std::nullopt;
+        return std::clamp(static_cast<int>(std::lround(first)), 0, length - 1);
     };
-    Rectangle result{0, 0, width, height};
-    along(crop.width, crop.offsetX, width, result.left, result.width);
-    along(crop.height, crop.offsetY, height, result.top, result.height);
-    return result;
+    const std::optional<int> left = start(crop.width, crop.offsetX, width);
+    const std::optional<int> top = start(crop.height, crop.offsetY, height);
+    if (!left || !top)
+        return {0, 0, width, height};
+    return {*left, *top, std::clamp(static_cast<int>(std::lround(crop.width)), 1, width - *left),
+            std::clamp(static_cast<int>(std::lround(crop.height)), 1, height - *top)};
 }
 
 View viewOf(const HeifPicture& picture) {
