@@ -2,7 +2,6 @@
 #include <Export/PreparedOverlay.h>
 
 #include <algorithm>
-#include <cmath>
 #include <stdexcept>
 
 namespace Export {
@@ -47,10 +46,12 @@ struct PixelSum {
 
 void layOver(Pixel& below, const std::uint8_t* source) {
     const std::uint32_t alpha = source[3];
+    if (alpha == 0)
+        return;
     const auto over = [alpha](std::uint16_t value, std::uint32_t component) {
         // A colour above its alpha is not premultiplied; it cannot be more than full.
-        return static_cast<std::uint16_t>(std::min(component, alpha) * 255 +
-                                          (value * (255 - alpha) + 127) / 255);
+        const std::uint32_t colour = std::min(component, alpha) * 255;
+        return static_cast<std::uint16_t>(value == 0 ? colour : colour + (value * (255 - alpha) + 127) / 255);
     };
     below = {over(below.red, source[0]), over(below.green, source[1]), over(below.blue, source[2]),
              over(below.alpha, alpha)};
@@ -61,7 +62,7 @@ std::uint8_t roundedAlpha(std::uint32_t alpha, std::uint32_t divisor) {
 }
 
 std::uint16_t asPaint(double value) {
-    return static_cast<std::uint16_t>(std::lround(std::max(value, 0.0)));
+    return static_cast<std::uint16_t>(std::max(value, 0.0) + 0.5);
 }
 
 } // namespace
@@ -116,8 +117,7 @@ private:
                                                                  static_cast<std::size_t>(from - bitmap.x)) *
                                                                     4;
             for (int x = from; x < to; ++x, source += 4)
-                if (source[3] != 0)
-                    layOver(row[static_cast<std::size_t>(x)], source);
+                layOver(row[static_cast<std::size_t>(x)], source);
         }
     }
 
@@ -126,6 +126,9 @@ private:
             const auto at = static_cast<std::size_t>(x);
             const Pixel& pixel = m_rows[index][at];
             m_alpha[at] = roundedAlpha(pixel.alpha, 255);
+            m_paint[0][at] = static_cast<std::uint16_t>(blackLuma * m_alpha[at]);
+            if ((pixel.red | pixel.green | pixel.blue) == 0)
+                continue;
             const double colour = lumaRange * (kr * pixel.red + kg * pixel.green + kb * pixel.blue);
             m_paint[0][at] = asPaint(blackLuma * m_alpha[at] + colour);
         }
@@ -148,6 +151,9 @@ private:
             }
             const auto at = static_cast<std::size_t>(i);
             m_alpha[at] = roundedAlpha(sum.alpha, 8 * 255);
+            m_paint[0][at] = m_paint[1][at] = static_cast<std::uint16_t>(greyChroma * m_alpha[at]);
+            if ((sum.red | sum.green | sum.blue) == 0)
+                continue;
             const double luma = kr * sum.red + kg * sum.green + kb * sum.blue;
             const double cb = chromaRange / 8 * (sum.blue - luma) / (2 * (1 - kb));
             const double cr = chromaRange / 8 * (sum.red - luma) / (2 * (1 - kr));
