@@ -61,8 +61,8 @@ OverlayBitmap randomBitmap(Dice& dice, FrameSize size) {
 std::string dump(const std::vector<ReferenceLayer>& layers) {
     std::string text;
     for (const ReferenceLayer& layer : layers)
-        text += ", " + std::to_string(layer.photo->width) + "x" + std::to_string(layer.photo->height) + " at " +
-                std::to_string(layer.scale) + " (" + std::to_string(layer.offsetX) + ", " +
+        text += ", " + std::to_string(layer.photo->width) + "x" + std::to_string(layer.photo->height) +
+                " at " + std::to_string(layer.scale) + " (" + std::to_string(layer.offsetX) + ", " +
                 std::to_string(layer.offsetY) + ") * " + std::to_string(layer.opacity);
     return text;
 }
@@ -104,7 +104,8 @@ TEST(CompositorPropertyTest, AgreesWithADirectRenderingInRealNumbers) {
                     ASSERT_LE(std::abs(error), tolerance)
                         << "round " << round << ", plane " << p << ", sample " << x << ' ' << y << " of "
                         << size.width << 'x' << size.height << ", " << layerCount
-                        << " layers: " << sampleAt(*frame, p, x, y) << " instead of " << wanted << dump(references);
+                        << " layers: " << sampleAt(*frame, p, x, y) << " instead of " << wanted
+                        << dump(references);
                     worst = std::max(worst, std::abs(error));
                     sum += error;
                     count += 1;
