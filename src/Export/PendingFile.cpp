@@ -27,7 +27,9 @@ std::filesystem::path folderOf(const std::filesystem::path& file) {
 std::filesystem::path temporaryName(const std::filesystem::path& target, std::random_device& random) {
     constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyz0123456789";
     // File names end at 255 bytes.
-    std::string name = "." + target.filename().string().substr(0, 200) + ".";
+    std::string name = ".";
+    name += target.filename().string().substr(0, 200);
+    name += '.';
     for (int i = 0; i < 6; ++i)
         name += letters[random() % letters.size()];
     return folderOf(target) / name;
