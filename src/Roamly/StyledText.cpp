@@ -181,7 +181,8 @@ StyledText StyledText::elided(int start, int length) const {
         if (from >= to)
             continue;
         range.start = from - start;
-        range.length = to - from;
+        // The ellipsis goes with what it stands behind.
+        range.length = to - from + (to == start + length ? 1 : 0);
         result.formats.append(range);
     }
     return result;

@@ -26,6 +26,8 @@ public:
     TextBlock(std::string_view text, const QFont& font, Alignment alignment, int maxWidth, int maxHeight);
 
     [[nodiscard]] bool isEmpty() const { return m_lines.empty(); }
+    /// Whether something had to be left out.
+    [[nodiscard]] bool isElided() const { return m_isElided; }
     [[nodiscard]] int lineCount() const { return static_cast<int>(m_lines.size()); }
     /// Of the widest line; at most the box's.
     [[nodiscard]] int width() const { return m_width; }
