@@ -33,12 +33,13 @@ namespace BestShotSelector {
 /// The variance v of an image's Laplacian as v / (v + 1000), 0…1; an absent variance counts as 0.
 [[nodiscard]] double sharpness(std::optional<double> variance);
 
-/// The weights sum to 1: half aesthetics, three tenths sharpness, two tenths for a face with an eye to be seen.
+/// The weights sum to 1: half aesthetics, three tenths sharpness, two tenths for a face with an eye to be
+/// seen.
 [[nodiscard]] double score(const QualityInputs& inputs);
 
-/// Of each cluster the member with the highest score (0 when it has none); among equals the one whose upper-case
-/// UUID text is greatest, so that the choice does not depend on the order of members. `clusters` maps photos to
-/// clusters, `scores` photos to scores.
+/// Of each cluster the member with the highest score (0 when it has none); among equals the one whose
+/// upper-case UUID text is greatest, so that the choice does not depend on the order of members. `clusters`
+/// maps photos to clusters, `scores` photos to scores.
 [[nodiscard]] ClusterSelection
 selection(const std::unordered_map<Foundation::Uuid, Foundation::Uuid>& clusters,
           const std::unordered_map<Foundation::Uuid, double>& scores);

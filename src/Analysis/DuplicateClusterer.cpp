@@ -32,8 +32,8 @@ double secondsBetween(Foundation::Instant earlier, Foundation::Instant later) {
     return static_cast<double>((later - earlier).count());
 }
 
-/// The distance, or `noMatch` as soon as it is certain to be no less than `limit`. Eight running sums keep the
-/// additions independent of each other, in an order that is always the same.
+/// The distance, or `noMatch` as soon as it is certain to be no less than `limit`. Eight running sums keep
+/// the additions independent of each other, in an order that is always the same.
 double distanceBelow(std::span<const float> a, std::span<const float> b, double limit) {
     if (a.empty() || a.size() != b.size())
         return noMatch;
@@ -76,7 +76,8 @@ std::unordered_map<Foundation::Uuid, Foundation::Uuid> cluster(std::span<const C
                                                                const Foundation::UuidSource& newID) {
     std::vector<Cluster> clusters;
     // The clusters that an item to come might still join, oldest first. Items come in capture order, so a
-    // cluster whose last member has fallen out of the window of one dated item is out of reach of all later ones.
+    // cluster whose last member has fallen out of the window of one dated item is out of reach of all later
+    // ones.
     std::vector<std::size_t> open;
 
     for (const std::size_t position : captureOrder(items)) {

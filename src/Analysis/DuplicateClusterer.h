@@ -29,8 +29,8 @@ namespace DuplicateClusterer {
 ///
 /// Yields the cluster of each item that has company; items that stayed alone are absent.
 ///
-/// Takes time in proportion to the items times the clusters that are open at once: those whose last member lies
-/// within the window or has no date.
+/// Takes time in proportion to the items times the clusters that are open at once: those whose last member
+/// lies within the window or has no date.
 [[nodiscard]] std::unordered_map<Foundation::Uuid, Foundation::Uuid>
 cluster(std::span<const ClusterItem> items, double threshold, double timeWindow,
         const Foundation::UuidSource& newID = Foundation::Uuid::random);

@@ -1,13 +1,13 @@
 #include <Analysis/Gazetteer.h>
-
 #include <Analysis/OfflineReverseGeocoder.h>
 
-#include <algorithm>
-#include <bit>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <bit>
 
 namespace Analysis {
 
@@ -89,14 +89,12 @@ void Gazetteer::readSections(const std::filesystem::path& file) {
     m_regions = section<Region>(SectionKind::Regions);
     m_borderShapes = section<std::uint16_t>(SectionKind::BorderShapes);
     m_townIndex = TownIndex(m_towns);
-    m_borders = PolygonLayer(section<Vertex>(SectionKind::BorderVertices),
-                             section<std::uint32_t>(SectionKind::BorderCellStarts),
-                             section<CellEntry>(SectionKind::BorderCellEntries),
-                             section<std::uint32_t>(SectionKind::BorderEdges));
-    m_regionLayer = PolygonLayer(section<Vertex>(SectionKind::RegionVertices),
-                                 section<std::uint32_t>(SectionKind::RegionCellStarts),
-                                 section<CellEntry>(SectionKind::RegionCellEntries),
-                                 section<std::uint32_t>(SectionKind::RegionEdges));
+    m_borders = PolygonLayer(
+        section<Vertex>(SectionKind::BorderVertices), section<std::uint32_t>(SectionKind::BorderCellStarts),
+        section<CellEntry>(SectionKind::BorderCellEntries), section<std::uint32_t>(SectionKind::BorderEdges));
+    m_regionLayer = PolygonLayer(
+        section<Vertex>(SectionKind::RegionVertices), section<std::uint32_t>(SectionKind::RegionCellStarts),
+        section<CellEntry>(SectionKind::RegionCellEntries), section<std::uint32_t>(SectionKind::RegionEdges));
 }
 
 std::string_view Gazetteer::text(std::uint32_t position) const {

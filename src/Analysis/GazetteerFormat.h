@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <span>
 
-/// The gazetteer file: a header, a table of sections and the sections, each an array of one of the records below
-/// and aligned to 8 bytes, so that the mapped file is used as it lies. Numbers are little-endian. tools/gazetteer
-/// writes it, `Gazetteer` reads it.
+/// The gazetteer file: a header, a table of sections and the sections, each an array of one of the records
+/// below and aligned to 8 bytes, so that the mapped file is used as it lies. Numbers are little-endian.
+/// tools/gazetteer writes it, `Gazetteer` reads it.
 namespace Analysis::GazetteerFormat {
 
 inline constexpr std::array<char, 8> magic{'R', 'o', 'a', 'm', 'l', 'y', 'G', 'z'};
@@ -69,8 +69,8 @@ struct Town {
     std::array<float, 3> position;
     /// How far the town itself extends, were it a disc.
     float radiusKm;
-    /// How far outside of it one still says its name rather than a smaller place's: the distance that weighs as
-    /// much as the radius.
+    /// How far outside of it one still says its name rather than a smaller place's: the distance that weighs
+    /// as much as the radius.
     float fadeKm;
     std::uint32_t population;
     /// In English.
@@ -118,14 +118,15 @@ struct CellEntry {
     std::uint16_t shape;
     /// Not zero when the cell's middle lies inside the shape.
     std::uint16_t containsMiddle;
-    /// Its edges that touch the cell: positions in the layer's edge numbers. Edge n leads from vertex n to n + 1.
+    /// Its edges that touch the cell: positions in the layer's edge numbers. Edge n leads from vertex n to n
+    /// + 1.
     std::uint32_t firstEdge;
     std::uint32_t edgeCount;
 };
 
-static_assert(sizeof(Town) == 40 && sizeof(Country) == 8 && sizeof(Region) == 8 && sizeof(CountryName) == 12 &&
-              sizeof(Vertex) == 8 && sizeof(CellEntry) == 12 && sizeof(Section) == 24 &&
-              sizeof(Header) == 32 + sectionCount * sizeof(Section));
+static_assert(sizeof(Town) == 40 && sizeof(Country) == 8 && sizeof(Region) == 8 &&
+              sizeof(CountryName) == 12 && sizeof(Vertex) == 8 && sizeof(CellEntry) == 12 &&
+              sizeof(Section) == 24 && sizeof(Header) == 32 + sectionCount * sizeof(Section));
 
 /// Notices any flipped bit and any exchanged words; no protection against intent.
 [[nodiscard]] std::uint64_t checksum(std::span<const std::byte> bytes);

@@ -1,5 +1,4 @@
 #include <Analysis/GeocodeCache.h>
-
 #include <Foundation/AtomicFile.h>
 #include <Foundation/JsonWriter.h>
 

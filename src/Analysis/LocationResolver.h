@@ -19,19 +19,19 @@ namespace Analysis {
 /// run. Calls may come from any thread; the pace is meant for one call after another.
 class LocationResolver {
 public:
-    /// Borrows all three for its lifetime. There is no pacing when `maxRequests` is less than 1 or `window` not
-    /// greater than zero.
+    /// Borrows all three for its lifetime. There is no pacing when `maxRequests` is less than 1 or `window`
+    /// not greater than zero.
     LocationResolver(GeocodeCache& cache, ReverseGeocoding& geocoder, int maxRequests, Clock::Duration window,
                      Clock& clock);
 
-    /// The place, with provenance `geocoded` when it was asked for now. Every answer of the geocoder is cached,
-    /// one without any name too. Nothing when the geocoder fails, which is not cached, and for a coordinate that
-    /// is not on Earth.
+    /// The place, with provenance `geocoded` when it was asked for now. Every answer of the geocoder is
+    /// cached, one without any name too. Nothing when the geocoder fails, which is not cached, and for a
+    /// coordinate that is not on Earth.
     [[nodiscard]] std::optional<ProjectModel::ResolvedLocation>
     resolve(const ProjectModel::Coordinate& coordinate, const std::stop_token& stop = {});
 
-    /// How long to wait before asking once more: what the service said, 0 when it did not say; nothing when the
-    /// error is no refusal for being asked too often.
+    /// How long to wait before asking once more: what the service said, 0 when it did not say; nothing when
+    /// the error is no refusal for being asked too often.
     [[nodiscard]] static std::optional<double> throttleResetSeconds(const std::exception& error);
 
 private:

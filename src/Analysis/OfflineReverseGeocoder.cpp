@@ -1,7 +1,6 @@
-#include <Analysis/OfflineReverseGeocoder.h>
-
 #include <Analysis/Gazetteer.h>
 #include <Analysis/GeocodeCache.h>
+#include <Analysis/OfflineReverseGeocoder.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -105,7 +104,8 @@ Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Positi
     return best;
 }
 
-/// The nearest town of the same country, preferably of the same piece of land, to borrow its areas' names from.
+/// The nearest town of the same country, preferably of the same piece of land, to borrow its areas' names
+/// from.
 Found nearestTown(const Gazetteer& gazetteer, const UnitVector& point, const Position& position) {
     Found best;
     gazetteer.townIndex().forEachWithin(point, areaReachKm, [&](const Town& town, double km) {

@@ -38,7 +38,8 @@ bool isLeft(const Point& a, const Point& b, const Point& p) {
     return (b.x - a.x) * (p.y - a.y) - (b.y - a.y) * (p.x - a.x) > 0;
 }
 
-/// Points on a line count as right of it, always, so that a line through a vertex crosses one of its two edges.
+/// Points on a line count as right of it, always, so that a line through a vertex crosses one of its two
+/// edges.
 bool crosses(const Point& from, const Point& to, const Point& a, const Point& b) {
     return isLeft(from, to, a) != isLeft(from, to, b) && isLeft(a, b, from) != isLeft(a, b, to);
 }
@@ -68,11 +69,13 @@ int PolygonLayer::rowOf(std::int32_t latitudeUnits) {
 
 bool PolygonLayer::isConsistent() const {
     if (m_cellStarts.size() != static_cast<std::size_t>(columns) * rows + 1 || m_cellStarts.front() != 0 ||
-        m_cellStarts.back() != m_cellEntries.size() || !std::is_sorted(m_cellStarts.begin(), m_cellStarts.end()))
+        m_cellStarts.back() != m_cellEntries.size() ||
+        !std::is_sorted(m_cellStarts.begin(), m_cellStarts.end()))
         return false;
-    const bool entriesFit = std::all_of(m_cellEntries.begin(), m_cellEntries.end(), [&](const CellEntry& entry) {
-        return std::size_t{entry.firstEdge} + entry.edgeCount <= m_edges.size();
-    });
+    const bool entriesFit =
+        std::all_of(m_cellEntries.begin(), m_cellEntries.end(), [&](const CellEntry& entry) {
+            return std::size_t{entry.firstEdge} + entry.edgeCount <= m_edges.size();
+        });
     return entriesFit && std::all_of(m_edges.begin(), m_edges.end(), [&](std::uint32_t edge) {
                return std::size_t{edge} + 1 < m_vertices.size();
            });
@@ -124,8 +127,8 @@ std::optional<PolygonLayer::NearEdge> PolygonLayer::nearestEdge(double latitude,
             for (const CellEntry& entry : entriesOf(row, wrapped)) {
                 for (const std::uint32_t edge : m_edges.subspan(entry.firstEdge, entry.edgeCount)) {
                     const auto x = [&](const Vertex& v) {
-                        return (static_cast<double>(v.longitude) / unitsPerDegree + shift - longitude) * scale *
-                               kmPerDegree;
+                        return (static_cast<double>(v.longitude) / unitsPerDegree + shift - longitude) *
+                               scale * kmPerDegree;
                     };
                     const auto y = [&](const Vertex& v) {
                         return (static_cast<double>(v.latitude) / unitsPerDegree - latitude) * kmPerDegree;

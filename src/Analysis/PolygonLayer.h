@@ -11,8 +11,8 @@ namespace Analysis {
 
 /// Which of many shapes hold a point, and how far the nearest edge is. The Earth is cut into cells of half a
 /// degree; each knows the edges that touch it, and of each shape whether its middle lies inside. A point is
-/// inside when the line from it to its cell's middle crosses an even number of edges of a shape that holds the
-/// middle, or an odd number of one that does not. Views memory that it does not own. Any thread.
+/// inside when the line from it to its cell's middle crosses an even number of edges of a shape that holds
+/// the middle, or an odd number of one that does not. Views memory that it does not own. Any thread.
 class PolygonLayer {
 public:
     static constexpr int cellsPerDegree = 2;
@@ -22,10 +22,11 @@ public:
     static constexpr std::int32_t unitsPerCell = unitsPerDegree / cellsPerDegree;
 
     PolygonLayer() = default;
-    /// `cellStarts`: for each cell, by rows from the south-west, the position of its first entry; one more ends
-    /// the last.
+    /// `cellStarts`: for each cell, by rows from the south-west, the position of its first entry; one more
+    /// ends the last.
     PolygonLayer(std::span<const GazetteerFormat::Vertex> vertices, std::span<const std::uint32_t> cellStarts,
-                 std::span<const GazetteerFormat::CellEntry> cellEntries, std::span<const std::uint32_t> edges)
+                 std::span<const GazetteerFormat::CellEntry> cellEntries,
+                 std::span<const std::uint32_t> edges)
         : m_vertices(vertices)
         , m_cellStarts(cellStarts)
         , m_cellEntries(cellEntries)

@@ -28,7 +28,8 @@ public:
 /// The service refuses because it was asked too often.
 class GeocodingRateLimited final : public GeocodingError {
 public:
-    /// `secondsUntilReset`: after how long the service says it accepts requests again; absent when it does not.
+    /// `secondsUntilReset`: after how long the service says it accepts requests again; absent when it does
+    /// not.
     explicit GeocodingRateLimited(std::optional<double> secondsUntilReset)
         : GeocodingError("the geocoding service is being asked too often")
         , m_secondsUntilReset(secondsUntilReset) {}

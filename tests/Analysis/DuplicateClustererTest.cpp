@@ -53,7 +53,8 @@ std::set<std::set<std::size_t>> groups(const std::vector<ClusterItem>& items,
 }
 
 /// The rule as it reads, every item against every cluster.
-std::set<std::set<std::size_t>> naiveGroups(const std::vector<ClusterItem>& items, double limit, double window) {
+std::set<std::set<std::size_t>> naiveGroups(const std::vector<ClusterItem>& items, double limit,
+                                            double window) {
     std::vector<std::size_t> order(items.size());
     for (std::size_t i = 0; i < order.size(); ++i)
         order[i] = i;
@@ -101,7 +102,8 @@ std::set<std::set<std::size_t>> naiveGroups(const std::vector<ClusterItem>& item
 }
 
 TEST(DuplicateClustererTest, GroupsThreeShotsOfOneSceneUnderOneNewIdentifier) {
-    const std::vector<ClusterItem> items{item(1, 0, {0, 0}), item(2, 20, {0.2F, 0}), item(3, 40, {0.2F, 0.2F})};
+    const std::vector<ClusterItem> items{item(1, 0, {0, 0}), item(2, 20, {0.2F, 0}),
+                                         item(3, 40, {0.2F, 0.2F})};
     const auto clusters = clustered(items);
     ASSERT_EQ(clusters.size(), 3U);
     EXPECT_EQ(clusters.at(numbered(1)), clusters.at(numbered(2)));

@@ -37,8 +37,10 @@ TEST(GeocodeCacheTest, RoundsHalvesAwayFromZeroAndNeverWritesMinusZero) {
 }
 
 TEST(GeocodeCacheDeathTest, StopsTheProgramAtWhatIsNoCoordinate) {
-    EXPECT_DEATH((void)GeocodeCache::gridKey({std::numeric_limits<double>::quiet_NaN(), 0}), "not a coordinate");
-    EXPECT_DEATH((void)GeocodeCache::gridKey({0, std::numeric_limits<double>::infinity()}), "not a coordinate");
+    EXPECT_DEATH((void)GeocodeCache::gridKey({std::numeric_limits<double>::quiet_NaN(), 0}),
+                 "not a coordinate");
+    EXPECT_DEATH((void)GeocodeCache::gridKey({0, std::numeric_limits<double>::infinity()}),
+                 "not a coordinate");
     EXPECT_DEATH((void)GeocodeCache::gridKey({1e300, 0}), "not a coordinate");
 }
 

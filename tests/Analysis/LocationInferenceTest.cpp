@@ -16,8 +16,8 @@ using ProjectModel::ResolvedLocation;
 
 /// A time of the fifth of May 2024.
 Instant at(int hour, int minute = 0, int second = 0) {
-    return *Foundation::makeInstant(2024, 5, 5, 0, 0, 0) + std::chrono::hours(hour) + std::chrono::minutes(minute) +
-           std::chrono::seconds(second);
+    return *Foundation::makeInstant(2024, 5, 5, 0, 0, 0) + std::chrono::hours(hour) +
+           std::chrono::minutes(minute) + std::chrono::seconds(second);
 }
 
 ResolvedLocation place(std::optional<std::string> city, std::optional<std::string> country = "Italy") {
@@ -122,8 +122,8 @@ TEST(LocationInferenceTest, InfersNothingForTheFirstAndTheLastPhoto) {
 }
 
 TEST(LocationInferenceTest, LooksForNeighboursInCaptureOrderNotInProjectOrder) {
-    Project p = project({photo(1, at(13), place("Oslo")), photo(2, at(12), std::nullopt),
-                         photo(3, at(11), place("Oslo"))});
+    Project p = project(
+        {photo(1, at(13), place("Oslo")), photo(2, at(12), std::nullopt), photo(3, at(11), place("Oslo"))});
     LocationInference::infer(p);
     EXPECT_EQ(p.photos[1].location->city, "Oslo");
 }

@@ -10,7 +10,8 @@ namespace Analysis {
 class TemporaryFolder {
 public:
     TemporaryFolder()
-        : m_path(std::filesystem::temp_directory_path() / ("roamly-analysis-" + Foundation::Uuid::random().text())) {
+        : m_path(std::filesystem::temp_directory_path() /
+                 ("roamly-analysis-" + Foundation::Uuid::random().text())) {
         std::filesystem::create_directories(m_path);
     }
     ~TemporaryFolder() {
@@ -20,7 +21,9 @@ public:
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-    [[nodiscard]] std::filesystem::path operator/(const std::filesystem::path& name) const { return m_path / name; }
+    [[nodiscard]] std::filesystem::path operator/(const std::filesystem::path& name) const {
+        return m_path / name;
+    }
 
 private:
     std::filesystem::path m_path;

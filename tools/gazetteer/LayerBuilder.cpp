@@ -24,14 +24,16 @@ struct Part {
 using Cells = std::vector<std::vector<Part>>;
 
 Part& partOf(Cells& cells, int row, int column, std::uint16_t shape) {
-    auto& parts = cells[static_cast<std::size_t>(row) * PolygonLayer::columns + static_cast<std::size_t>(column)];
+    auto& parts =
+        cells[static_cast<std::size_t>(row) * PolygonLayer::columns + static_cast<std::size_t>(column)];
     if (parts.empty() || parts.back().shape != shape)
         parts.push_back({shape, false, {}});
     return parts.back();
 }
 
 double latitudeOfRow(int row) {
-    return double{static_cast<double>(row)} * PolygonLayer::unitsPerCell - 90.0 * PolygonLayer::unitsPerDegree;
+    return double{static_cast<double>(row)} * PolygonLayer::unitsPerCell -
+           90.0 * PolygonLayer::unitsPerDegree;
 }
 
 double longitudeAt(const Vertex& a, const Vertex& b, double latitude) {
@@ -72,12 +74,14 @@ void markMiddles(Cells& cells, std::uint16_t shape, std::map<int, std::vector<do
     for (auto& [row, longitudes] : crossings) {
         std::sort(longitudes.begin(), longitudes.end());
         for (std::size_t i = 0; i + 1 < longitudes.size(); i += 2) {
-            const double origin = 180.0 * PolygonLayer::unitsPerDegree - PolygonLayer::unitsPerCell / 2.0 - 0.5;
+            const double origin =
+                180.0 * PolygonLayer::unitsPerDegree - PolygonLayer::unitsPerCell / 2.0 - 0.5;
             const int first =
                 static_cast<int>(std::ceil((longitudes[i] + origin) / PolygonLayer::unitsPerCell));
             const int last =
                 static_cast<int>(std::floor((longitudes[i + 1] + origin) / PolygonLayer::unitsPerCell));
-            for (int column = std::max(first, 0); column <= std::min(last, PolygonLayer::columns - 1); ++column)
+            for (int column = std::max(first, 0); column <= std::min(last, PolygonLayer::columns - 1);
+                 ++column)
                 partOf(cells, row, column, shape).containsMiddle = true;
         }
     }

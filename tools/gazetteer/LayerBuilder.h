@@ -23,8 +23,8 @@ struct Layer {
 /// The shapes are numbered in the order given.
 [[nodiscard]] Layer buildLayer(std::span<const Shape* const> shapes);
 
-/// The ring with fewer vertices, none of which was farther than `tolerance` units from what stays (Douglas and
-/// Peucker, 1973). Both ends stay.
+/// The ring with fewer vertices, none of which was farther than `tolerance` units from what stays (Douglas
+/// and Peucker, 1973). Both ends stay.
 [[nodiscard]] std::vector<Analysis::GazetteerFormat::Vertex>
 simplified(const std::vector<Analysis::GazetteerFormat::Vertex>& ring, double tolerance);
 

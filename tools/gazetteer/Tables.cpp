@@ -78,14 +78,16 @@ Shape shapeOf(const json& geometry) {
     return shape;
 }
 
-/// The country that people would name for one of the shapes of the borders' file, whose properties go by codes
-/// of its own, by exceptional reservations and by the parts of a country.
+/// The country that people would name for one of the shapes of the borders' file, whose properties go by
+/// codes of its own, by exceptional reservations and by the parts of a country.
 std::string countryOfShape(const json& properties) {
-    static const std::map<std::string, std::string> byName{
-        {"Northern Cyprus", "CY"}, {"Akrotiri", "CY"}, {"Dhekelia", "CY"}, {"Crimea", "UA"}, {"Bir Tawil", ""}};
-    static const std::map<std::string, std::string> reserved{{"IC", "ES"}, {"CQ", "GG"}, {"AC", "SH"},
-                                                             {"TA", "SH"}, {"CP", "FR"}, {"DG", "IO"},
-                                                             {"FX", "FR"}};
+    static const std::map<std::string, std::string> byName{{"Northern Cyprus", "CY"},
+                                                           {"Akrotiri", "CY"},
+                                                           {"Dhekelia", "CY"},
+                                                           {"Crimea", "UA"},
+                                                           {"Bir Tawil", ""}};
+    static const std::map<std::string, std::string> reserved{
+        {"IC", "ES"}, {"CQ", "GG"}, {"AC", "SH"}, {"TA", "SH"}, {"CP", "FR"}, {"DG", "IO"}, {"FX", "FR"}};
     // Territories with a code of their own whose shapes are listed island by island.
     static const std::set<std::string> territories{"BQ", "SJ", "TF", "GG", "IO", "SH", "UM"};
 
@@ -126,7 +128,8 @@ std::vector<Place> readPlaces(const std::filesystem::path& file) {
         place.longitude = number<double>(fields[5]);
         place.kind = std::move(fields[7]);
         place.country = std::move(fields[8]);
-        place.areas = {std::move(fields[10]), std::move(fields[11]), std::move(fields[12]), std::move(fields[13])};
+        place.areas = {std::move(fields[10]), std::move(fields[11]), std::move(fields[12]),
+                       std::move(fields[13])};
         place.population = number<std::uint32_t>(fields[14]);
     }
     return places;

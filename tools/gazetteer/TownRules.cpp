@@ -68,10 +68,10 @@ std::pair<int, int> gridCell(const Place& place) {
 /// Countries whose names reach the table through a romanisation, marks and all, or whose marks English drops.
 bool isWrittenPlainly(std::string_view country) {
     static const std::set<std::string_view> codes{
-        "AE", "AF", "AM", "AZ", "BD", "BG", "BH", "BT", "BY", "CN", "CY", "EG", "ER", "ET", "GE", "GR", "HK",
-        "IL", "IN", "IQ", "IR", "JO", "JP", "KG", "KH", "KP", "KR", "KW", "KZ", "LA", "LB", "LK", "LY", "MK",
-        "MM", "MN", "MO", "MV", "NP", "OM", "PK", "PS", "QA", "RU", "SA", "SD", "SY", "TH", "TJ", "TM", "TW",
-        "UA", "UZ", "VN", "YE"};
+        "AE", "AF", "AM", "AZ", "BD", "BG", "BH", "BT", "BY", "CN", "CY", "EG", "ER", "ET",
+        "GE", "GR", "HK", "IL", "IN", "IQ", "IR", "JO", "JP", "KG", "KH", "KP", "KR", "KW",
+        "KZ", "LA", "LB", "LK", "LY", "MK", "MM", "MN", "MO", "MV", "NP", "OM", "PK", "PS",
+        "QA", "RU", "SA", "SD", "SY", "TH", "TJ", "TM", "TW", "UA", "UZ", "VN", "YE"};
     return codes.contains(country);
 }
 
@@ -122,8 +122,9 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
     std::vector<std::size_t> largestFirst(places.size());
     for (std::size_t i = 0; i < places.size(); ++i)
         largestFirst[i] = i;
-    std::stable_sort(largestFirst.begin(), largestFirst.end(),
-                     [&](std::size_t a, std::size_t b) { return places[a].population > places[b].population; });
+    std::stable_sort(largestFirst.begin(), largestFirst.end(), [&](std::size_t a, std::size_t b) {
+        return places[a].population > places[b].population;
+    });
 
     Grid grid;
     for (std::size_t i = 0; i < places.size(); ++i)

