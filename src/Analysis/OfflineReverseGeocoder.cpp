@@ -19,20 +19,35 @@ constexpr double coastalWatersKm = 25;
 /// No town is named farther from its centre than this, however large.
 constexpr double longestReachKm = 40;
 /// The reach of the smallest hamlet; that of a town grows with it.
-constexpr double shortestReachKm = 18;
-/// On the water, only the towns that one sees.
-constexpr double longestReachAtSeaKm = 15;
+constexpr double shortestReachKm = 25;
+/// On the water, how far from a town's edge one still names it.
+constexpr double reachAtSeaKm = 15;
 /// How close the nearest town has to be so that its second-level area is likely the point's own.
-constexpr double areaReachKm = 120;
+constexpr double secondLevelReachKm = 60;
+/// And its first-level area.
+constexpr double firstLevelReachKm = 160;
 /// Where there is no border polygon at all, a town this close tells the country.
 constexpr double countryByTownKm = 10;
 /// A town in the polygon of another country claims its own surroundings.
 constexpr double coarseBorderKm = 2;
 /// What a first-level border between point and town weighs.
 constexpr double otherRegionPenalty = 1.5;
+/// Border polygons follow the ground where people live, and run straight for longer than this elsewhere. Near
+/// such a line, up to a part of its length, the region layer knows better.
+constexpr double sketchedBorderKm = 10;
+constexpr double sketchedBorderError = 0.25;
+constexpr double largestBorderErrorKm = 15;
+/// How far from any town of its country nobody lives.
+constexpr double uninhabitedKm = 8;
+/// The region layer is not true to less than this.
+constexpr double regionPrecisionKm = 0.7;
+/// Meridians meet in the poles themselves, where polygons that were drawn on a map end.
+constexpr double northernmostLatitude = 89.9999;
 
-double reachKm(const Town& town) {
-    return std::min(shortestReachKm + double{town.radiusKm} * 1.5, longestReachKm);
+/// How far from its centre a town is named.
+double reachKm(const Town& town, bool isOnLand) {
+    const double radius = double{town.radiusKm};
+    return isOnLand ? std::min(shortestReachKm + radius * 1.5, longestReachKm) : radius + reachAtSeaKm;
 }
 
 /// Inside a town 0 at the centre to 1 at the edge; outside it grows, the more slowly the larger the town.
@@ -48,6 +63,8 @@ struct Position {
     std::optional<std::uint16_t> region;
     bool isOnLand = false;
     bool isCoastal = false;
+    /// Whether the region is beyond doubt.
+    bool isRegionSure = false;
 };
 
 struct Found {
@@ -56,36 +73,59 @@ struct Found {
     double remoteness = std::numeric_limits<double>::infinity();
 };
 
-Position located(const Gazetteer& gazetteer, const ProjectModel::Coordinate& coordinate) {
+/// Whether the border polygon around the point cannot be trusted to hold it.
+bool isBorderSketched(const Gazetteer& gazetteer, double latitude, double longitude, std::uint16_t country) {
+    const auto border = gazetteer.borders().nearestEdge(latitude, longitude, largestBorderErrorKm);
+    if (!border || border->lengthKm < sketchedBorderKm ||
+        border->distanceKm > border->lengthKm * sketchedBorderError)
+        return false;
+    bool isInhabited = false;
+    gazetteer.townIndex().forEachWithin(
+        unitVector(latitude, longitude), uninhabitedKm,
+        [&](const Town& town, double) { isInhabited |= town.country == country; });
+    return !isInhabited;
+}
+
+Position located(const Gazetteer& gazetteer, double latitude, double longitude) {
     Position position;
-    if (const auto shape = gazetteer.borders().shapeAt(coordinate.latitude, coordinate.longitude)) {
+    if (const auto shape = gazetteer.borders().shapeAt(latitude, longitude)) {
         const std::uint16_t country = gazetteer.borderShapes()[*shape];
         if (country != none)
             position.country = country;
     }
-    position.region = gazetteer.regionLayer().shapeAt(coordinate.latitude, coordinate.longitude);
+    const PolygonLayer& regions = gazetteer.regionLayer();
+    position.region = regions.shapeAt(latitude, longitude);
     position.isOnLand = position.region.has_value();
+    double coastKm = 0;
     if (!position.isOnLand) {
-        const auto coast =
-            gazetteer.regionLayer().nearestEdge(coordinate.latitude, coordinate.longitude, coastalWatersKm);
-        if (coast) {
+        if (const auto coast = regions.nearestEdge(latitude, longitude, coastalWatersKm)) {
             position.isCoastal = true;
             position.region = coast->shape;
+            coastKm = coast->distanceKm;
         }
     }
+    position.isRegionSure =
+        position.region &&
+        !regions.nearestEdge(latitude, longitude, coastKm + regionPrecisionKm, position.region);
+    const std::uint16_t regionCountry =
+        position.region ? gazetteer.regions()[*position.region].country : none;
+    // Some waters and islets lie beyond all border polygons.
+    if (regionCountry != none && position.country != regionCountry &&
+        (!position.country || (position.isOnLand && position.isRegionSure &&
+                               isBorderSketched(gazetteer, latitude, longitude, *position.country))))
+        position.country = regionCountry;
     return position;
 }
 
 bool isInAnotherRegion(const Town& town, const Position& position) {
-    return position.region && town.region != none && town.region != *position.region;
+    return position.isRegionSure && town.region != none && town.region != *position.region;
 }
 
 /// The town to name.
 Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Position& position) {
     Found best;
-    const double limit = position.isOnLand ? longestReachKm : longestReachAtSeaKm;
-    gazetteer.townIndex().forEachWithin(point, limit, [&](const Town& town, double km) {
-        if (km > reachKm(town))
+    gazetteer.townIndex().forEachWithin(point, longestReachKm, [&](const Town& town, double km) {
+        if (km > reachKm(town, position.isOnLand))
             return;
         if (position.country) {
             if (town.country != *position.country && !(town.isOutsideItsBorders != 0 && km <= coarseBorderKm))
@@ -104,16 +144,12 @@ Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Positi
     return best;
 }
 
-/// The nearest town of the same country, preferably of the same piece of land, to borrow its areas' names
-/// from.
+/// The nearest town of the same country and piece of land, to borrow its areas' names from.
 Found nearestTown(const Gazetteer& gazetteer, const UnitVector& point, const Position& position) {
     Found best;
-    gazetteer.townIndex().forEachWithin(point, areaReachKm, [&](const Town& town, double km) {
-        if (town.country != position.country)
-            return;
-        const double weighed = km + (isInAnotherRegion(town, position) ? areaReachKm : 0);
-        if (weighed < best.remoteness)
-            best = {&town, km, weighed};
+    gazetteer.townIndex().forEachWithin(point, firstLevelReachKm, [&](const Town& town, double km) {
+        if (town.country == position.country && !isInAnotherRegion(town, position) && km < best.distanceKm)
+            best = {&town, km, 0};
     });
     return best;
 }
@@ -130,9 +166,11 @@ std::optional<std::string> nameOf(const Gazetteer& gazetteer, std::span<const st
 std::optional<std::string> areaName(const Gazetteer& gazetteer, const UnitVector& point,
                                     const Position& position) {
     const Found found = nearestTown(gazetteer, point, position);
-    if (found.town && !isInAnotherRegion(*found.town, position)) {
-        if (auto name = nameOf(gazetteer, gazetteer.secondLevelAreas(), found.town->secondLevel))
-            return name;
+    if (found.town) {
+        if (found.distanceKm <= secondLevelReachKm) {
+            if (auto name = nameOf(gazetteer, gazetteer.secondLevelAreas(), found.town->secondLevel))
+                return name;
+        }
         if (auto name = nameOf(gazetteer, gazetteer.firstLevelAreas(), found.town->firstLevel))
             return name;
     }
@@ -156,8 +194,9 @@ Placemark OfflineReverseGeocoder::placemark(const ProjectModel::Coordinate& coor
     if (!isOnEarth(coordinate))
         return {};
     const Gazetteer& gazetteer = *m_gazetteer;
-    const Position position = located(gazetteer, coordinate);
-    const UnitVector point = unitVector(coordinate.latitude, coordinate.longitude);
+    const double latitude = std::clamp(coordinate.latitude, -northernmostLatitude, northernmostLatitude);
+    const Position position = located(gazetteer, latitude, coordinate.longitude);
+    const UnitVector point = unitVector(latitude, coordinate.longitude);
 
     const Found found = bestTown(gazetteer, point, position);
     // An islet too small for the coastline is land all the same when a town stands beside the point.
@@ -172,6 +211,9 @@ Placemark OfflineReverseGeocoder::placemark(const ProjectModel::Coordinate& coor
         result.city = std::string(gazetteer.text(found.town->name));
     else if (country)
         result.city = areaName(gazetteer, point, position);
+    // Where a country has no parts, its one area is no news.
+    if (!found.town && result.city == result.country)
+        result.city.reset();
     return result;
 }
 

@@ -105,7 +105,8 @@ std::optional<std::uint16_t> PolygonLayer::shapeAt(double latitude, double longi
 }
 
 std::optional<PolygonLayer::NearEdge> PolygonLayer::nearestEdge(double latitude, double longitude,
-                                                                double maxKm) const {
+                                                                double maxKm,
+                                                                std::optional<std::uint16_t> except) const {
     // Meridians converge: near the poles a circle of a few kilometres spans many columns, up to all of them.
     const double reachLatitude = maxKm / kmPerDegree;
     const double widest = std::min(std::abs(latitude) + reachLatitude, 89.9) * std::numbers::pi / 180;
@@ -125,6 +126,8 @@ std::optional<PolygonLayer::NearEdge> PolygonLayer::nearestEdge(double latitude,
             // What lies beyond the date line is seen from where it would be without one.
             const double shift = (column - wrapped) / cellsPerDegree;
             for (const CellEntry& entry : entriesOf(row, wrapped)) {
+                if (entry.shape == except)
+                    continue;
                 for (const std::uint32_t edge : m_edges.subspan(entry.firstEdge, entry.edgeCount)) {
                     const auto x = [&](const Vertex& v) {
                         return (static_cast<double>(v.longitude) / unitsPerDegree + shift - longitude) *
@@ -138,7 +141,7 @@ std::optional<PolygonLayer::NearEdge> PolygonLayer::nearestEdge(double latitude,
                     const double d = distanceToSegment(x(a), y(a), x(b), y(b));
                     if (d <= best) {
                         best = d;
-                        nearest = NearEdge{entry.shape, d};
+                        nearest = NearEdge{entry.shape, d, std::hypot(x(b) - x(a), y(b) - y(a))};
                     }
                 }
             }

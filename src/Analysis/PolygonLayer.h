@@ -41,9 +41,12 @@ public:
     struct NearEdge {
         std::uint16_t shape;
         double distanceKm;
+        /// Of the edge: a long one is a line that somebody drew through land where nobody lives.
+        double lengthKm;
     };
-    /// The nearest edge not farther away than `maxKm`; across the date line too.
-    [[nodiscard]] std::optional<NearEdge> nearestEdge(double latitude, double longitude, double maxKm) const;
+    /// The nearest edge, of any shape but `except`, not farther away than `maxKm`; across the date line too.
+    [[nodiscard]] std::optional<NearEdge> nearestEdge(double latitude, double longitude, double maxKm,
+                                                      std::optional<std::uint16_t> except = {}) const;
 
     [[nodiscard]] static int columnOf(std::int32_t longitudeUnits);
     [[nodiscard]] static int rowOf(std::int32_t latitudeUnits);

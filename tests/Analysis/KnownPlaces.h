@@ -35,7 +35,9 @@ struct KnownPlace {
         const auto fields = split(line, '\t');
         if (fields.size() != 5)
             throw std::runtime_error("not a place: " + line);
-        places.push_back({fields[0], {std::stod(fields[1]), std::stod(fields[2])}, split(fields[3], '|'),
+        places.push_back({fields[0],
+                          {std::stod(fields[1]), std::stod(fields[2])},
+                          split(fields[3], '|'),
                           split(fields[4], '|')});
     }
     return places;

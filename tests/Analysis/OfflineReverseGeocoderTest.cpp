@@ -15,7 +15,9 @@ protected:
         static OfflineReverseGeocoder shared(ROAMLY_GAZETTEER);
         return shared;
     }
-    static Placemark at(double latitude, double longitude) { return geocoder().placemark({latitude, longitude}); }
+    static Placemark at(double latitude, double longitude) {
+        return geocoder().placemark({latitude, longitude});
+    }
 };
 
 TEST_F(OfflineReverseGeocoderTest, AgreesWithPeopleOnWellKnownPlaces) {

@@ -96,14 +96,17 @@ bool isTown(const Place& place) {
 }
 
 std::uint32_t assumedPopulation(const Place& place) {
-    const auto atLeast = [&](std::uint32_t floor) { return std::max(place.population, floor); };
-    if (place.kind == "PPLA")
-        return atLeast(5000);
-    if (place.kind == "PPLA2")
-        return atLeast(2000);
-    if (place.kind == "PPLA3")
-        return atLeast(1000);
-    return atLeast(500);
+    // A seat of government is known beyond its size; a place that nobody counted is small.
+    std::uint32_t least = 100;
+    if (place.kind == "PPLC")
+        least = 10'000;
+    else if (place.kind == "PPLA")
+        least = 5000;
+    else if (place.kind == "PPLA2")
+        least = 2000;
+    else if (place.kind == "PPLA3")
+        least = 500;
+    return std::max(place.population, least);
 }
 
 double radiusKm(std::uint32_t population) {
