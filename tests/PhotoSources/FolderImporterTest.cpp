@@ -243,6 +243,13 @@ TEST_F(FolderImporterTest, UnknownContentsAreAnImageByTheirName) {
     EXPECT_EQ(imported(), (Names{"camera.x3f", "damaged.jpg"}));
 }
 
+TEST_F(FolderImporterTest, WhateverTheSystemCountsAmongTheImagesIsTaken) {
+    write("drawing.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'/>");
+    write("icon.ico", std::string_view{"\0\0\1\0\1\0\x10\x10\0\0\1\0\4\0\0\0", 16});
+    m_folder.write("raw.NEF", SampleFiles::tiff({}));
+    EXPECT_EQ(imported(), (Names{"drawing.svg", "icon.ico", "raw.NEF"}));
+}
+
 TEST_F(FolderImporterTest, TwoBytesThatTargaSharesWithOtherDataMakeNoImage) {
     const std::string_view bytes{"\0\1\1\0\0\0\0\xFE\xFD\0\0\0\0\0\0\0\0\0\0\0", 20};
     write("table.dat", bytes);

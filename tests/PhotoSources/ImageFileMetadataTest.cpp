@@ -453,6 +453,26 @@ TEST_F(ImageContainerTest, Png) {
     expectFound(SampleFiles::png(SampleFiles::tiff(m_exif, true), true), "last.png");
 }
 
+TEST_F(ImageContainerTest, PngWithTheOlderTextForm) {
+    const SampleFiles::Bytes block =
+        SampleFiles::joined(std::string_view{"Exif\0\0", 6}, SampleFiles::tiff(m_exif));
+    SampleFiles::Bytes text =
+        SampleFiles::joined(std::string_view{"Raw profile type exif\0", 22}, "\nexif\n",
+                            std::to_string(1'000'000 + block.size()).replace(0, 1, "  "));
+    for (std::size_t i = 0; i < block.size(); ++i) {
+        constexpr std::string_view digits = "0123456789abcdef";
+        if (i % 36 == 0)
+            text.push_back('\n');
+        text.push_back(static_cast<std::uint8_t>(digits[block[i] >> 4]));
+        text.push_back(static_cast<std::uint8_t>(digits[block[i] & 15]));
+    }
+    text.push_back('\n');
+    SampleFiles::Bytes bytes = SampleFiles::png();
+    const SampleFiles::Bytes chunk = SampleFiles::pngChunk("tEXt", text);
+    bytes.insert(bytes.begin() + 33, chunk.begin(), chunk.end()); // after the header chunk
+    expectFound(bytes, "photo.png");
+}
+
 TEST_F(ImageContainerTest, Webp) {
     expectFound(SampleFiles::webp(SampleFiles::tiff(m_exif)), "photo.webp");
     SampleFiles::Bytes marked = SampleFiles::bytesOf(std::string_view{"Exif\0\0", 6});
@@ -493,14 +513,7 @@ TEST_F(ImageContainerTest, JpegXl) {
 TEST_F(ImageContainerTest, JpegXlWithACompressedBox) {
     SampleFiles::Bytes contents{0, 0, 0, 0};
     SampleFiles::append(contents, SampleFiles::tiff(m_exif));
-    // Brotli's form for bytes as they are: window size 16, one uncompressed piece, the end.
-    const std::size_t length = contents.size() - 1;
-    ASSERT_LT(length, 0x10000U);
-    SampleFiles::Bytes stream = SampleFiles::bytesOf("Exif");
-    // Bits from the lowest: 0 (window), 0 (not last), 00 (four nibbles), 16 bits of length - 1, 1 (as it is).
-    SampleFiles::appendLittle(stream, length << 4 | std::uint64_t{1} << 20, 3);
-    SampleFiles::append(stream, contents);
-    stream.push_back(0x03); // last and empty
+    const SampleFiles::Bytes stream = SampleFiles::joined("Exif", SampleFiles::brotli(contents));
     expectFound(SampleFiles::jpegXl(SampleFiles::box("brob", stream)), "photo.jxl");
 }
 

@@ -65,8 +65,9 @@ TEST_F(RealPhotoMetadataTest, CaptureDatesAndPositionsAreThoseOfTheManifest) {
         const auto actual = metadata.captureDateIsLowConfidence ? std::nullopt : metadata.captureDate;
         if (actual != expected) {
             ++disagreements;
-            std::cout << "capture date of " << name << ": " << (actual ? Foundation::iso8601(*actual) : "none")
-                      << ", manifest: " << capture << '\n';
+            std::cout << "capture date of " << name << ": "
+                      << (actual ? Foundation::iso8601(*actual) : "none") << ", manifest: " << capture
+                      << '\n';
         }
         const bool hasPosition = !item.at("lat").is_null() && !item.at("lon").is_null();
         const bool agrees =

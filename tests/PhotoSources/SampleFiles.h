@@ -347,6 +347,17 @@ inline Bytes heif(const Bytes& exifBlock, const HeifLayout& layout = {}) {
     return build(build(0).second).first;
 }
 
+/// Brotli's form for bytes as they are (at most 65536): one uncompressed piece and the end.
+inline Bytes brotli(const Bytes& bytes) {
+    Bytes stream;
+    // Bits from the lowest: 0 (window of 64 KiB), 0 (not last), 00 (four nibbles of length), the length less
+    // one in 16 bits, 1 (as it is).
+    appendLittle(stream, (bytes.size() - 1) << 4 | std::uint64_t{1} << 20, 3);
+    append(stream, bytes);
+    stream.push_back(0x03); // last and empty
+    return stream;
+}
+
 /// The container of a JPEG XL file with an EXIF box; it holds no picture.
 inline Bytes jpegXl(const Bytes& exifBox) {
     Bytes file = box("JXL ", {0x0D, 0x0A, 0x87, 0x0A});
