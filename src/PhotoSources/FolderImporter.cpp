@@ -2,10 +2,10 @@
 #include <Foundation/Cancellation.h>
 #include <PhotoSources/ContentType.h>
 #include <PhotoSources/DisplayName.h>
+#include <PhotoSources/FileSource.h>
 #include <PhotoSources/FolderImporter.h>
 #include <PhotoSources/FolderWalk.h>
 #include <PhotoSources/ImageFileMetadata.h>
-#include <PhotoSources/FileSource.h>
 
 #include <algorithm>
 #include <atomic>

@@ -11,7 +11,8 @@
 
 namespace PhotoSources {
 
-/// Images read so far, and how many the walk has found.
+/// Images read so far, and the files found by the walk that are images or may still turn out to be: both
+/// numbers end at the number of photos.
 struct ImportProgress {
     std::size_t completed = 0;
     std::size_t total = 0;
@@ -29,8 +30,9 @@ struct Options {
 };
 
 /// New records for every image file below the folder, in a stable order (by path). Hidden entries and the
-/// contents of packages are passed over, links to folders are not followed, and a file that cannot be handled is
-/// skipped; an unreadable folder yields nothing. Throws only Foundation::Cancelled.
+/// contents of packages are passed over, links to folders are not followed (links to image files are
+/// taken), and a file that cannot be handled
+/// is skipped; an unreadable folder yields nothing. Throws only Foundation::Cancelled.
 [[nodiscard]] std::vector<ProjectModel::PhotoItem> importPhotos(const std::filesystem::path& folder,
                                                                 const Options& options = {});
 

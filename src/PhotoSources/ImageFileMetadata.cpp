@@ -1,7 +1,7 @@
 #include <PhotoSources/EmbeddedExif.h>
 #include <PhotoSources/Exiv2Tags.h>
-#include <PhotoSources/ImageFileMetadata.h>
 #include <PhotoSources/FileSource.h>
+#include <PhotoSources/ImageFileMetadata.h>
 
 #include <fcntl.h>
 #include <sys/stat.h>
