@@ -1,4 +1,5 @@
 #include <PhotoSources/JpegHeader.h>
+#include <PhotoSources/StandardErrorFilter.h>
 #include <PhotoSources/VipsPicture.h>
 
 #include <unistd.h>
@@ -370,6 +371,9 @@ std::optional<Foundation::Image> decode(const ImageFile& file, ImageFormat forma
     if (!isReady())
         return std::nullopt;
     const ErrorLogCleared cleared;
+    std::optional<StandardErrorFilter> quiet;
+    if (format == ImageFormat::jpegXL)
+        quiet.emplace("./lib/jxl/"); // Debian builds libjxl to print where it fails
     const FileSource source(file, format);
 
     const auto attempt = [&](Damage damage) -> std::optional<Foundation::Image> {

@@ -250,6 +250,10 @@ TEST_F(ImageHostileTest, SaysNothingOnTheTerminal) {
     bytes.resize(bytes.size() - 100);
     static_cast<void>(decode(m_folder.write("a.tif", bytes), 100));
     static_cast<void>(decode(m_folder.write("a.nef", bytes), 100));
+    bytes = contents(noise(200, 200).save(at("a.jxl")));
+    for (std::size_t i = bytes.size() / 2; i < bytes.size(); i += 20)
+        bytes[i] = 0x55;
+    static_cast<void>(decode(m_folder.write("a.jxl", bytes), 100));
     static_cast<void>(decode(m_folder.write("a.cr2", Bytes(4000, 0x49)), 100));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
