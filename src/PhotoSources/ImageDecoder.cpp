@@ -36,7 +36,9 @@ std::optional<Foundation::Image> decodeOpened(const ImageFile& file, int maxPixe
     case ImageFormat::unknown:
         return std::nullopt;
     case ImageFormat::cameraRaw:
-        return RawDecoder::decode(file, maxPixel);
+        if (auto image = RawDecoder::decode(file, maxPixel))
+            return image;
+        return isPlainTiff(file) ? VipsPicture::decode(file, ImageFormat::tiff, maxPixel) : std::nullopt;
     case ImageFormat::heif:
         return decodeHeif(file, maxPixel);
     default:

@@ -125,7 +125,20 @@ ImageFormat formatOfBoxedFile(std::span<const std::uint8_t> head) {
     return ImageFormat::unknown;
 }
 
+bool startsLikeTiff(std::span<const std::uint8_t> head) {
+    return startsWith(head, std::string_view("II*\0", 4)) || startsWith(head, std::string_view("MM\0*", 4));
+}
+
+bool holdsSensorData(const ImageFile& file, std::span<const std::uint8_t> head) {
+    return startsWith(head, "CR", 8) || TiffDirectories(file, head[0] == 'M').holdSensorData();
+}
+
 } // namespace
+
+bool isPlainTiff(const ImageFile& file) {
+    std::array<std::uint8_t, 12> head{};
+    return file.readAt(0, head) == head.size() && startsLikeTiff(head) && !holdsSensorData(file, head);
+}
 
 ImageFormat imageFormatOf(const ImageFile& file) {
     using namespace std::string_view_literals;
@@ -149,13 +162,9 @@ ImageFormat imageFormatOf(const ImageFile& file) {
     if (startsWith(head, "ftyp"sv, 4))
         return formatOfBoxedFile(head);
 
-    const bool littleEndianTiff = startsWith(head, "II*\0"sv);
-    const bool bigEndianTiff = startsWith(head, "MM\0*"sv);
-    if (littleEndianTiff || bigEndianTiff) {
-        if (startsWith(head, "CR"sv, 8) || hasRawExtension(file.path()) ||
-            TiffDirectories(file, bigEndianTiff).holdSensorData())
-            return ImageFormat::cameraRaw;
-        return ImageFormat::tiff;
+    if (startsLikeTiff(head)) {
+        return hasRawExtension(file.path()) || holdsSensorData(file, head) ? ImageFormat::cameraRaw
+                                                                           : ImageFormat::tiff;
     }
     if (startsWith(head, "II+\0"sv) || startsWith(head, "MM\0+"sv))
         return ImageFormat::tiff;

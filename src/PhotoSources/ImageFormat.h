@@ -23,4 +23,7 @@ enum class ImageFormat {
 /// preview; it is told from a TIFF by what its directories say of their samples, and only then by its name.
 [[nodiscard]] ImageFormat imageFormatOf(const ImageFile& file);
 
+/// Whether a file with a raw file's name is a TIFF without any sensor's data.
+[[nodiscard]] bool isPlainTiff(const ImageFile& file);
+
 } // namespace PhotoSources

@@ -16,6 +16,8 @@ namespace {
 /// The largest sensors have 150 megapixels.
 constexpr std::uint64_t mostSensorPixels = 160'000'000;
 constexpr unsigned mostMegabytes = 768;
+/// However well the sensor's samples are packed, a byte does not hold more of them.
+constexpr std::uint64_t mostPixelsPerByte = 32;
 /// The size of an EXIF thumbnail; anything smaller is not a picture of the photo.
 constexpr int leastPreviewSide = 160;
 
@@ -59,7 +61,13 @@ std::optional<Foundation::Image> developed(LibRaw& raw, int maxPixel, const Orie
         params.gamm[0] = params.gamm[1] = 1;
     }
     params.half_size = std::max(sizes.iwidth, sizes.iheight) / 2 >= maxPixel ? 1 : 0;
-    if (raw.unpack() != LIBRAW_SUCCESS || raw.error_count() > 0)
+    // LibRaw carries on after damaged data, with whatever was in memory.
+    bool isDamaged = false;
+    raw.set_dataerror_handler([](void* flag, const char*, auto) { *static_cast<bool*>(flag) = true; },
+                              &isDamaged);
+    const bool isUnpacked = raw.unpack() == LIBRAW_SUCCESS;
+    raw.set_dataerror_handler([](void*, const char*, auto) {}, nullptr);
+    if (!isUnpacked || isDamaged)
         return std::nullopt;
     if (raw.dcraw_process() != LIBRAW_SUCCESS)
         return std::nullopt;
@@ -91,8 +99,10 @@ std::optional<Foundation::Image> preview(LibRaw& raw, int maxPixel, const Orient
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(thumbnail.thumb);
     if (!bytes || thumbnail.tlength == 0 || std::max(thumbnail.twidth, thumbnail.theight) < leastPreviewSide)
         return std::nullopt;
-    if (thumbnail.tformat == LIBRAW_THUMBNAIL_JPEG)
-        return VipsPicture::decodeJpeg({bytes, thumbnail.tlength}, maxPixel, orientation);
+    if (thumbnail.tformat == LIBRAW_THUMBNAIL_JPEG) {
+        const bool sensorIsWide = raw.imgdata.sizes.width >= raw.imgdata.sizes.height;
+        return VipsPicture::decodePreview({bytes, thumbnail.tlength}, maxPixel, orientation, sensorIsWide);
+    }
     const std::size_t expected = std::size_t{thumbnail.twidth} * thumbnail.theight * 3;
     if (thumbnail.tformat != LIBRAW_THUMBNAIL_BITMAP || expected == 0 || thumbnail.tlength < expected)
         return std::nullopt;
@@ -113,7 +123,8 @@ std::optional<Foundation::Image> decode(const ImageFile& file, int maxPixel) {
         return std::nullopt;
     const libraw_image_sizes_t& sizes = raw->imgdata.sizes;
     const Orientation orientation = orientationOf(sizes.flip);
-    if (std::uint64_t{sizes.raw_width} * sizes.raw_height <= mostSensorPixels) {
+    const std::uint64_t pixels = std::uint64_t{sizes.raw_width} * sizes.raw_height;
+    if (pixels <= mostSensorPixels && pixels / mostPixelsPerByte <= file.size()) {
         if (std::optional<Foundation::Image> image = developed(*raw, maxPixel, orientation))
             return image;
         raw->recycle();

@@ -418,22 +418,25 @@ std::optional<Foundation::Image> decode(const ImageFile& file, ImageFormat forma
     return attempt(Damage::tolerate);
 }
 
-std::optional<Foundation::Image> decodeJpeg(std::span<const std::uint8_t> bytes, int maxPixel,
-                                            const Orientation& orientation) {
-    if (!isReady() || bytes.empty())
+std::optional<Foundation::Image> decodePreview(std::span<const std::uint8_t> jpeg, int maxPixel,
+                                               const Orientation& orientation, bool sensorIsWide) {
+    if (!isReady() || jpeg.empty())
         return std::nullopt;
     const ErrorLogCleared cleared;
     const auto open = [&](int shrink) {
-        return opened(Source(vips_source_new_from_memory(bytes.data(), bytes.size())),
+        return opened(Source(vips_source_new_from_memory(jpeg.data(), jpeg.size())),
                       {ImageFormat::jpeg, Damage::refuse, shrink});
     };
     Picture picture = open(1);
     if (!picture || sizeOf(picture).pixels() > mostWholePixels)
         return std::nullopt;
     const Size full = sizeOf(picture);
-    const bool hasOwn = vips_image_get_typeof(picture.get(), VIPS_META_ORIENTATION) != 0;
-    const Orientation turn =
-        hasOwn ? Orientation::fromExif(vips_image_get_orientation(picture.get())) : orientation;
+    Orientation turn = Orientation::fromExif(vips_image_get_orientation(picture.get()));
+    // Many a preview says 1 and means nothing by it. One that stands where the sensor lies has been turned.
+    const bool isWide = full.width > full.height;
+    const bool isTurned = orientation.transpose && full.width != full.height && isWide != sensorIsWide;
+    if (turn.isIdentity() && !isTurned)
+        turn = orientation;
     if (const int shrink = jpegShrinkFor(full, maxPixel); shrink > 1)
         picture = open(shrink);
     if (!picture)

@@ -32,9 +32,11 @@ namespace VipsPicture {
 [[nodiscard]] std::optional<Foundation::Image> decode(const ImageFile& file, ImageFormat format, int maxPixel,
                                                       const std::optional<ColourCoding>& untaggedCoding = {});
 
-/// A JPEG inside another file. `orientation` holds where the JPEG has none of its own.
-[[nodiscard]] std::optional<Foundation::Image> decodeJpeg(std::span<const std::uint8_t> bytes, int maxPixel,
-                                                          const Orientation& orientation);
+/// A JPEG that stands for a sensor's picture inside another file. `orientation` is the sensor's; it holds
+/// unless the JPEG has one of its own, or is upright already.
+[[nodiscard]] std::optional<Foundation::Image> decodePreview(std::span<const std::uint8_t> jpeg, int maxPixel,
+                                                             const Orientation& orientation,
+                                                             bool sensorIsWide);
 
 /// `fullWidth` and `fullHeight` are the picture's own size before `orientation`, of which the samples may
 /// already be a reduction.
