@@ -56,10 +56,10 @@ OverlayBitmap bottomShade(FrameSize size) {
     OverlayBitmap bitmap{0, size.height / 2, size.width, size.height - size.height / 2, {}};
     bitmap.pixels.resize(static_cast<std::size_t>(bitmap.width) * static_cast<std::size_t>(bitmap.height) *
                          4);
-    const auto width = static_cast<std::size_t>(bitmap.width);
-    for (std::size_t i = 0; i < width * static_cast<std::size_t>(bitmap.height); ++i)
-        bitmap.pixels[i * 4 + 3] =
-            static_cast<std::uint8_t>(127.5 * static_cast<double>(i / width) / bitmap.height + 0.5);
+    std::size_t at = 3;
+    for (int y = 0; y < bitmap.height; ++y)
+        for (int x = 0; x < bitmap.width; ++x, at += 4)
+            bitmap.pixels[at] = static_cast<std::uint8_t>(255 * y / (2 * bitmap.height));
     return bitmap;
 }
 

@@ -36,17 +36,17 @@ zimg_image_buffer_const PackedRowReader::buffer() const {
 
 int PackedRowReader::unpack(void* user, unsigned y, unsigned left, unsigned right) {
     const auto& self = *static_cast<const PackedRowReader*>(user);
-    const auto width = static_cast<unsigned>(self.m_image.width);
+    const auto width = static_cast<std::size_t>(self.m_image.width);
     const std::uint8_t* packed = self.m_image.row(std::min(static_cast<int>(y), self.m_image.height - 1));
     std::uint8_t* const red = self.m_planar.row(0, y);
     std::uint8_t* const green = self.m_planar.row(1, y);
     std::uint8_t* const blue = self.m_planar.row(2, y);
-    for (unsigned x = left; x < std::min(right, width); ++x) {
+    for (std::size_t x = left; x < std::min<std::size_t>(right, width); ++x) {
         red[x] = packed[x * 3];
         green[x] = packed[x * 3 + 1];
         blue[x] = packed[x * 3 + 2];
     }
-    for (unsigned x = std::max(left, width); x < right; ++x) {
+    for (std::size_t x = std::max<std::size_t>(left, width); x < right; ++x) {
         red[x] = packed[(width - 1) * 3];
         green[x] = packed[(width - 1) * 3 + 1];
         blue[x] = packed[(width - 1) * 3 + 2];

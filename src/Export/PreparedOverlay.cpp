@@ -61,8 +61,9 @@ std::uint8_t roundedAlpha(std::uint32_t alpha, std::uint32_t divisor) {
     return static_cast<std::uint8_t>((alpha + divisor / 2) / divisor);
 }
 
+/// Rounded to nearest; what rounding took below zero counts as zero.
 std::uint16_t asPaint(double value) {
-    return static_cast<std::uint16_t>(std::max(value, 0.0) + 0.5);
+    return static_cast<std::uint16_t>((static_cast<std::uint32_t>(std::max(value, 0.0) * 2) + 1) / 2);
 }
 
 } // namespace

@@ -78,6 +78,7 @@ TEST(CompositorPropertyTest, AgreesWithADirectRenderingInRealNumbers) {
         std::vector<PhotoLayer> layers;
         std::vector<ReferenceLayer> references;
         const int layerCount = dice.whole(0, 3);
+        photos.reserve(static_cast<std::size_t>(layerCount));
         for (int i = 0; i < layerCount; ++i)
             photos.push_back(noise(dice, dice.whole(1, 60), dice.whole(1, 60)));
         for (const Foundation::Image& photo : photos) {
@@ -127,6 +128,7 @@ TEST(CompositorPropertyTest, SurvivesAnyGeometry) {
         const Foundation::Image photo = flat(dice.oneIn(4) ? 1 : dice.whole(1, 300),
                                              dice.oneIn(4) ? 1 : dice.whole(1, 300), {255, 255, 255});
         std::vector<PhotoLayer> layers;
+        layers.reserve(2);
         for (int i = 0; i < 2; ++i)
             layers.push_back(layerOf(photo, dice.oneIn(2) ? 1 : wild(), dice.oneIn(2) ? 0 : wild(),
                                      dice.oneIn(2) ? 0 : wild(), 0.5));

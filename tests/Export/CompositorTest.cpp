@@ -132,7 +132,7 @@ TEST(CompositorTest, KeepsAnUnscaledPhotoAsItIs) {
     const auto frame = frameOf({64, 36}, layerOf(image));
     for (int y = 0; y < 36; ++y)
         for (int x = 0; x < 64; ++x)
-            ASSERT_EQ(sampleAt(*frame, 0, x, y), std::lround(16 + image.row(y)[x * 3] * 219 / 255.0));
+            ASSERT_EQ(sampleAt(*frame, 0, x, y), std::lround(16 + componentAt(image, 0, x, y) * 219 / 255.0));
     const Foundation::Image back = toImage(*frame);
     for (std::size_t i = 0; i < image.pixels.size(); ++i)
         ASSERT_NEAR(back.pixels[i], image.pixels[i], 1);
@@ -143,7 +143,7 @@ TEST(CompositorTest, ShowsPureColours) {
          {Colour{255, 0, 0}, Colour{0, 255, 0}, Colour{0, 0, 255}, Colour{12, 200, 99}}) {
         const Foundation::Image picture = toImage(*frameOf({160, 90}, layerOf(flat(40, 30, colour), 1.05)));
         for (std::size_t c = 0; c < 3; ++c)
-            EXPECT_NEAR(picture.row(45)[80 * 3 + static_cast<int>(c)], colour[c], 2);
+            EXPECT_NEAR(componentAt(picture, c, 80, 45), colour[c], 2);
     }
 }
 
@@ -409,6 +409,7 @@ TEST(CompositorTest, GivesTheSameFrameOnEveryThreadEveryTime) {
     std::vector<int> same(4, 0);
     {
         std::vector<std::jthread> threads;
+        threads.reserve(same.size());
         for (int& count : same)
             threads.emplace_back([&] {
                 for (int i = 0; i < 20; ++i)

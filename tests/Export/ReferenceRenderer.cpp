@@ -31,9 +31,10 @@ std::vector<double> weights(int count, double position, double step) {
     std::vector<double> result(static_cast<std::size_t>(count), 0.0);
     const double stretch = std::max(step, 1.0);
     double total = 0;
-    for (double i = std::floor(position - 2 * stretch); i <= std::ceil(position + 2 * stretch); ++i) {
-        const double weight = cubic((i + 0.5 - position) / stretch);
-        double mirrored = i + 0.5;
+    const auto last = static_cast<long>(std::ceil(position + 2 * stretch));
+    for (auto i = static_cast<long>(std::floor(position - 2 * stretch)); i <= last; ++i) {
+        const double weight = cubic((static_cast<double>(i) + 0.5 - position) / stretch);
+        double mirrored = static_cast<double>(i) + 0.5;
         mirrored = mirrored < 0 ? -mirrored : mirrored > count ? 2.0 * count - mirrored : mirrored;
         const int index = std::clamp(static_cast<int>(std::floor(mirrored)), 0, count - 1);
         result[static_cast<std::size_t>(index)] += weight;
@@ -92,7 +93,7 @@ void drawLayer(FrameSize size, const ReferenceLayer& layer, std::vector<Referenc
                         const double weight = weightDown * across[static_cast<std::size_t>(u)];
                         if (weight == 0)
                             continue;
-                        const std::uint8_t* pixel = photo.row(v) + u * 3;
+                        const std::uint8_t* pixel = photo.row(v) + static_cast<std::size_t>(u) * 3;
                         value += weight * aboveBlack(pixel[0] / 255.0, pixel[1] / 255.0,
                                                      pixel[2] / 255.0)[static_cast<std::size_t>(p)];
                     }

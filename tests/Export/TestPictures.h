@@ -4,6 +4,7 @@
 #include <Foundation/Image.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -37,6 +38,10 @@ inline PhotoLayer layerOf(const Foundation::Image& image, double scale = 1, doub
 
 inline int sampleAt(const YuvFrame& frame, int plane, int x, int y) {
     return frame.plane(plane)[y * frame.stride(plane) + x];
+}
+
+inline int componentAt(const Foundation::Image& image, std::size_t component, int x, int y) {
+    return image.row(y)[static_cast<std::size_t>(x) * 3 + component];
 }
 
 inline bool sameSamples(const YuvFrame& a, const YuvFrame& b) {

@@ -1,3 +1,4 @@
+#include <Export/TestPictures.h>
 #include <Export/YuvFrame.h>
 
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@ namespace {
 
 using Export::FrameSize;
 using Export::YuvFrame;
+namespace Testing = Export::Testing;
 
 YuvFrame uniformFrame(FrameSize size, std::array<std::uint8_t, 3> colour) {
     YuvFrame frame(size);
@@ -103,7 +105,7 @@ TEST(YuvFrameTest, InterpolatesChromaFromTheLeftPixelOfEachPair) {
     for (int x = 8; x < 56; ++x) {
         const double cr = 112 + x / 2.0 - 128;
         const double expected = 255.0 * ((126 - 16) / 219.0 + 1.5748 * cr / 224);
-        EXPECT_NEAR(image.row(8)[x * 3], expected, 1.0) << x;
+        EXPECT_NEAR(Testing::componentAt(image, 0, x, 8), expected, 1.0) << x;
     }
 }
 
