@@ -6,6 +6,7 @@
 #include <Export/ZimgGraph.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <optional>
@@ -122,143 +123,159 @@ struct Canvas {
     }
 };
 
-/// Draws one plane of a photo onto one plane of a frame. zimg scales the part of the photo that lies on the
-/// frame, continued past the photo's edges; each row that it finishes is weighed with what it covers and laid
-/// down while it is still in the processor's cache.
-class PlaneDrawing {
+/// How the planes of a photo that lie on one grid come onto the planes of a frame: the samples they cover,
+/// and the graph that scales what of the photo lies on the frame, continued past the photo's edges.
+class PlaneScaling {
 public:
-    PlaneDrawing(const PhotoLayer& layer, const Placement& placement, int plane, const Canvas& canvas)
-        : m_canvas(canvas)
-        , m_source(layer.photo->plane(plane))
-        , m_placement(placement)
-        , m_opacity(layer.opacity)
-        , m_columns(canvas.grid.planeX(placement.left), canvas.grid.planeX(placement.left + placement.width),
+    /// The graph's columns begin where the photo does, or at the multiple of `columnStep` before.
+    PlaneScaling(const PreparedPhoto::Plane& source, const Placement& placement, const Canvas& canvas,
+                 int columnStep)
+        : m_columns(canvas.grid.planeX(placement.left), canvas.grid.planeX(placement.left + placement.width),
                     canvas.grid.planeX(0), canvas.grid.planeX(canvas.frameSize.width), canvas.width)
         , m_rows(canvas.grid.planeY(placement.top), canvas.grid.planeY(placement.top + placement.height),
-                 canvas.grid.planeY(0), canvas.grid.planeY(canvas.frameSize.height), canvas.height) {}
+                 canvas.grid.planeY(0), canvas.grid.planeY(canvas.frameSize.height), canvas.height)
+        , m_origin(m_columns.first() / columnStep * columnStep) {
+        if (isEmpty())
+            return;
+        const int width = m_columns.last() - m_origin;
+        const int height = m_rows.last() - m_rows.first();
+        const double x = (canvas.grid.pictureX(m_origin) - placement.left) / placement.scale;
+        const double y = (canvas.grid.pictureY(m_rows.first()) - placement.top) / placement.scale;
+        const double step = canvas.grid.pitch / (placement.scale * source.grid.pitch);
+        zimg_image_format from = ZimgGraph::planeFormat(source.width, source.height);
+        from.active_region.left = source.grid.planeX(x);
+        from.active_region.top = source.grid.planeY(y);
+        from.active_region.width = width * step;
+        from.active_region.height = height * step;
+        m_graph.emplace(from, ZimgGraph::planeFormat(width, height), ZimgGraph::defaultParameters());
+    }
 
+    [[nodiscard]] const Coverage& columns() const { return m_columns; }
+    [[nodiscard]] const Coverage& rows() const { return m_rows; }
+    [[nodiscard]] bool isEmpty() const { return m_columns.isEmpty() || m_rows.isEmpty(); }
+    /// The canvas column that the graph's first column is.
+    [[nodiscard]] int origin() const { return m_origin; }
+    /// The graph's columns.
+    [[nodiscard]] int width() const { return m_columns.last() - m_origin; }
+    /// Only unless empty.
+    [[nodiscard]] const ZimgGraph& graph() const { return *m_graph; }
+
+private:
+    Coverage m_columns;
+    Coverage m_rows;
+    int m_origin;
+    std::optional<ZimgGraph> m_graph;
+};
+
+/// Draws one plane of a photo onto one plane of a frame. Each row that the graph finishes is weighed with
+/// what it covers and laid down while it is still in the processor's cache.
+class PlaneDrawing {
+public:
+    PlaneDrawing(const PlaneScaling& scaling, const PreparedPhoto::Plane& source, const Canvas& canvas,
+                 double opacity)
+        : m_scaling(scaling)
+        , m_canvas(canvas)
+        , m_opacity(opacity) {
+        m_source.version = ZIMG_API_VERSION;
+        m_source.plane[0] = {source.samples, source.stride, ZIMG_BUFFER_MAX};
+    }
+
+    /// The scaling's columns must begin at an aligned address.
     void drawOverBlack() {
-        if (isEmpty()) {
+        const Coverage& columns = m_scaling.columns();
+        const Coverage& rows = m_scaling.rows();
+        if (m_scaling.isEmpty()) {
             for (int y = 0; y < m_canvas.height; ++y)
                 m_canvas.fill(y, 0, m_canvas.width);
             return;
         }
-        // zimg writes from an aligned address on; black then takes back what is too much.
-        m_origin = m_columns.first() / static_cast<int>(pixelAlignment) * static_cast<int>(pixelAlignment);
         zimg_image_buffer target{};
         target.version = ZIMG_API_VERSION;
-        target.plane[0] = {m_canvas.row(m_rows.first()) + m_origin, m_canvas.stride, ZIMG_BUFFER_MAX};
-        scaler().process(source(), target, {}, {&PlaneDrawing::fadeRow, this});
+        target.plane[0] = {m_canvas.row(rows.first()) + m_scaling.origin(), m_canvas.stride, ZIMG_BUFFER_MAX};
+        m_scaling.graph().process(m_source, target, {}, {&PlaneDrawing::fadeRow, this});
         for (int y = 0; y < m_canvas.height; ++y) {
-            if (y < m_rows.first() || y >= m_rows.last()) {
+            if (y < rows.first() || y >= rows.last()) {
                 m_canvas.fill(y, 0, m_canvas.width);
             } else {
-                m_canvas.fill(y, 0, m_columns.first());
-                m_canvas.fill(y, m_columns.last(), m_canvas.width);
+                m_canvas.fill(y, 0, columns.first());
+                m_canvas.fill(y, columns.last(), m_canvas.width);
             }
         }
     }
 
     void drawOver() {
-        if (isEmpty())
+        if (m_scaling.isEmpty())
             return;
-        m_origin = m_columns.first();
-        const ZimgGraph graph = scaler();
-        const unsigned rows = graph.targetRows();
-        const std::size_t stride = pixelAligned(static_cast<std::size_t>(m_columns.last() - m_origin));
-        const AlignedMemory ring = allocateAligned(stride * rows);
+        const unsigned rows = m_scaling.graph().targetRows();
+        m_ringStride = pixelAligned(static_cast<std::size_t>(m_scaling.width()));
+        m_ringMask = rows - 1;
+        const AlignedMemory ring = allocateAligned(m_ringStride * rows);
+        m_ring = ring.get();
         zimg_image_buffer target{};
         target.version = ZIMG_API_VERSION;
-        target.plane[0] = {ring.get(), static_cast<std::ptrdiff_t>(stride), rows - 1};
-        m_ring = ring.get();
-        m_ringStride = stride;
-        m_ringMask = rows - 1;
-        graph.process(source(), target, {}, {&PlaneDrawing::mixRow, this});
+        target.plane[0] = {ring.get(), static_cast<std::ptrdiff_t>(m_ringStride), m_ringMask};
+        m_scaling.graph().process(m_source, target, {}, {&PlaneDrawing::mixRow, this});
     }
 
 private:
-    [[nodiscard]] bool isEmpty() const { return m_columns.isEmpty() || m_rows.isEmpty(); }
-
-    /// The position on the photo's plane of a position on the canvas.
-    [[nodiscard]] double sourceX(int x) const {
-        return m_source.grid.planeX((m_canvas.grid.pictureX(x) - m_placement.left) / m_placement.scale);
-    }
-    [[nodiscard]] double sourceY(int y) const {
-        return m_source.grid.planeY((m_canvas.grid.pictureY(y) - m_placement.top) / m_placement.scale);
-    }
-
-    [[nodiscard]] ZimgGraph scaler() const {
-        zimg_image_format from = ZimgGraph::planeFormat(m_source.width, m_source.height);
-        from.active_region.left = sourceX(m_origin);
-        from.active_region.top = sourceY(m_rows.first());
-        const int width = m_columns.last() - m_origin;
-        const int height = m_rows.last() - m_rows.first();
-        const double step = m_canvas.grid.pitch / (m_placement.scale * m_source.grid.pitch);
-        from.active_region.width = width * step;
-        from.active_region.height = height * step;
-        const zimg_image_format to = ZimgGraph::planeFormat(width, height);
-        return ZimgGraph(from, to, ZimgGraph::defaultParameters());
-    }
-
-    [[nodiscard]] zimg_image_buffer_const source() const {
-        zimg_image_buffer_const buffer{};
-        buffer.version = ZIMG_API_VERSION;
-        buffer.plane[0] = {m_source.samples, m_source.stride, ZIMG_BUFFER_MAX};
-        return buffer;
-    }
-
-    /// Calls `lay(first, count, share)` for the pieces of row `y` between columns `from` and `to`.
+    /// Calls `lay(x, count, share)` for the pieces of row `i` of the graph between its columns `left` and
+    /// `right`.
     template <typename Lay>
-    void forEachPiece(int y, int from, int to, const Lay& lay) const {
-        const double rowShare = m_opacity * m_rows.of(y);
+    void forEachPiece(unsigned i, unsigned left, unsigned right, const Lay& lay) const {
+        const Coverage& columns = m_scaling.columns();
+        const int from = m_scaling.origin() + static_cast<int>(left);
+        const int to = m_scaling.origin() + static_cast<int>(right);
+        const double rowShare = m_opacity * m_scaling.rows().of(canvasRow(i));
         const auto partly = [&](int first, int last) {
             for (int x = std::max(first, from); x < std::min(last, to); ++x)
-                lay(x, std::size_t{1}, Blending::share(rowShare * m_columns.of(x)));
+                lay(x, std::size_t{1}, Blending::share(rowShare * columns.of(x)));
         };
-        partly(m_columns.first(), m_columns.innerFirst());
-        const int first = std::max(m_columns.innerFirst(), from);
-        const int last = std::min(m_columns.innerLast(), to);
+        partly(columns.first(), columns.innerFirst());
+        const int first = std::max(columns.innerFirst(), from);
+        const int last = std::min(columns.innerLast(), to);
         if (first < last)
             lay(first, static_cast<std::size_t>(last - first), Blending::share(rowShare));
-        partly(m_columns.innerLast(), m_columns.last());
+        partly(columns.innerLast(), columns.last());
     }
+
+    [[nodiscard]] int canvasRow(unsigned i) const { return m_scaling.rows().first() + static_cast<int>(i); }
 
     static int fadeRow(void* user, unsigned i, unsigned left, unsigned right) {
         const auto& self = *static_cast<const PlaneDrawing*>(user);
-        const int y = self.m_rows.first() + static_cast<int>(i);
-        std::uint8_t* const row = self.m_canvas.row(y);
-        self.forEachPiece(y, self.m_origin + static_cast<int>(left), self.m_origin + static_cast<int>(right),
-                          [&](int x, std::size_t count, Blending::Share share) {
-                              if (share != Blending::whole)
-                                  Blending::fade(row + x, count, self.m_canvas.ground, share);
-                          });
+        std::uint8_t* const row = self.m_canvas.row(self.canvasRow(i));
+        self.forEachPiece(i, left, right, [&](int x, std::size_t count, Blending::Share share) {
+            if (share != Blending::whole)
+                Blending::fade(row + x, count, self.m_canvas.ground, share);
+        });
         return 0;
     }
 
     static int mixRow(void* user, unsigned i, unsigned left, unsigned right) {
         const auto& self = *static_cast<const PlaneDrawing*>(user);
-        const int y = self.m_rows.first() + static_cast<int>(i);
-        std::uint8_t* const row = self.m_canvas.row(y);
+        std::uint8_t* const row = self.m_canvas.row(self.canvasRow(i));
         const std::uint8_t* const scaled = self.m_ring + (i & self.m_ringMask) * self.m_ringStride;
-        self.forEachPiece(y, self.m_origin + static_cast<int>(left), self.m_origin + static_cast<int>(right),
-                          [&](int x, std::size_t count, Blending::Share share) {
-                              Blending::mix(row + x, scaled + (x - self.m_origin), count, share);
-                          });
+        self.forEachPiece(i, left, right, [&](int x, std::size_t count, Blending::Share share) {
+            Blending::mix(row + x, scaled + (x - self.m_scaling.origin()), count, share);
+        });
         return 0;
     }
 
+    const PlaneScaling& m_scaling;
     const Canvas& m_canvas;
-    const PreparedPhoto::Plane& m_source;
-    const Placement& m_placement;
     double m_opacity;
-    Coverage m_columns;
-    Coverage m_rows;
-    /// The canvas column that zimg's first column is.
-    int m_origin = 0;
+    zimg_image_buffer_const m_source{};
+    /// The last rows that the graph made, when it does not write to the canvas itself.
     const std::uint8_t* m_ring = nullptr;
     std::size_t m_ringStride = 0;
     unsigned m_ringMask = 0;
 };
+
+/// Cb and Cr lie on the same grid and share what is made for it.
+struct Planes {
+    int first;
+    int last;
+};
+constexpr std::array planesByGrid{Planes{0, 0}, Planes{1, 2}};
 
 } // namespace
 
@@ -268,9 +285,13 @@ void drawOverBlack(const PhotoLayer& layer, YuvFrame& frame) {
         frame.fillBlack();
         return;
     }
-    for (int p = 0; p < 3; ++p) {
-        const Canvas canvas(frame, p);
-        PlaneDrawing(layer, *placement, p, canvas).drawOverBlack();
+    for (const Planes& planes : planesByGrid) {
+        const PlaneScaling scaling(layer.photo->plane(planes.first), *placement, Canvas(frame, planes.first),
+                                   pixelAlignment);
+        for (int p = planes.first; p <= planes.last; ++p) {
+            const Canvas canvas(frame, p);
+            PlaneDrawing(scaling, layer.photo->plane(p), canvas, layer.opacity).drawOverBlack();
+        }
     }
 }
 
@@ -278,9 +299,13 @@ void drawOver(const PhotoLayer& layer, YuvFrame& frame) {
     const std::optional<Placement> placement = placementOf(layer, frame.size());
     if (!placement)
         return;
-    for (int p = 0; p < 3; ++p) {
-        const Canvas canvas(frame, p);
-        PlaneDrawing(layer, *placement, p, canvas).drawOver();
+    for (const Planes& planes : planesByGrid) {
+        const PlaneScaling scaling(layer.photo->plane(planes.first), *placement, Canvas(frame, planes.first),
+                                   1);
+        for (int p = planes.first; p <= planes.last; ++p) {
+            const Canvas canvas(frame, p);
+            PlaneDrawing(scaling, layer.photo->plane(p), canvas, layer.opacity).drawOver();
+        }
     }
 }
 

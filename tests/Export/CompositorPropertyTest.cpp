@@ -123,7 +123,7 @@ TEST(CompositorPropertyTest, SurvivesAnyGeometry) {
         const double size = std::pow(10, dice.real(-14, 14));
         return dice.oneIn(2) ? size : -size;
     };
-    for (int round = 0; round < 1500; ++round) {
+    for (int round = 0; round < 600; ++round) {
         const FrameSize size{dice.whole(1, 40), dice.whole(1, 40)};
         const Foundation::Image photo = flat(dice.oneIn(4) ? 1 : dice.whole(1, 300),
                                              dice.oneIn(4) ? 1 : dice.whole(1, 300), {255, 255, 255});

@@ -148,11 +148,11 @@ TEST(CompositorTest, ShowsPureColours) {
 }
 
 TEST(CompositorTest, ShowsPartOfAPixelAtAnEdgeThatCoversItInPart) {
-    for (const int photoSize : {50, 200, 1999}) {
-        const Foundation::Image image = flat(photoSize, photoSize, white);
+    for (const int photoSize : {50, 200, 1100}) {
+        const auto photo = preparePhoto(flat(photoSize, photoSize, white));
         for (int step = 0; step <= 64; ++step) {
             const double shift = step / 64.0;
-            const auto frame = frameOf({200, 100}, layerOf(image, 0.5, shift / 200, shift / 200));
+            const auto frame = frameOf({200, 100}, {photo, {0.5, {shift / 200, shift / 200}}, 1});
             // From (75, 25) + shift, 50 pixels wide.
             for (int x = 70; x < 130; ++x) {
                 const double share =
@@ -185,10 +185,10 @@ TEST(CompositorTest, ColouredEdgesFadeWithTheChromaSamplesTheyCover) {
 }
 
 TEST(CompositorTest, EdgesMoveMonotonicallyDuringASlowPan) {
-    const Foundation::Image image = flat(300, 300, white);
+    const auto photo = preparePhoto(flat(300, 300, white));
     double previous = 1000;
     for (int step = 0; step < 400; ++step) {
-        const auto frame = frameOf({320, 180}, layerOf(image, 1, 0.0001 * step));
+        const auto frame = frameOf({320, 180}, {photo, {1, {0.0001 * step, 0}}, 1});
         double left = 0;
         for (int x = 0; x < 160; ++x)
             left += (sampleAt(*frame, 0, x, 90) - 16) / 219.0;

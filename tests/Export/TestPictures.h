@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace Export::Testing {
 
@@ -28,7 +29,12 @@ Foundation::Image paint(int width, int height, const ColourAt& colourAt) {
 }
 
 inline Foundation::Image flat(int width, int height, Colour colour) {
-    return paint(width, height, [&](int, int) { return colour; });
+    Foundation::Image image = paint(width, 1, [&](int, int) { return colour; });
+    image.height = height;
+    const std::vector<std::uint8_t> row = image.pixels;
+    for (int y = 1; y < height; ++y)
+        image.pixels.insert(image.pixels.end(), row.begin(), row.end());
+    return image;
 }
 
 inline PhotoLayer layerOf(const Foundation::Image& image, double scale = 1, double offsetX = 0,
