@@ -1,5 +1,6 @@
 #include <Export/MovieExport.h>
 #include <Export/PendingFile.h>
+#include <Export/PhotoScout.h>
 #include <Export/RenderQueue.h>
 #include <Export/Soundtrack.h>
 #include <Foundation/Bookmark.h>
@@ -16,6 +17,8 @@
 #include <system_error>
 #include <thread>
 #include <utility>
+#include <variant>
+#include <vector>
 
 namespace Export {
 
@@ -66,6 +69,20 @@ void clearTarget(const fs::path& target, const std::optional<fs::path>& music) {
     if (music && fs::equivalent(target, *music, error))
         refuse("this is the slideshow's music");
     fs::remove(target, error);
+}
+
+/// The frame with which each photo begins, as far as it has one.
+std::vector<std::int64_t> firstFrames(const Timeline::SlideshowTimeline& timeline, int fps,
+                                      std::int64_t count) {
+    std::vector<std::int64_t> frames;
+    for (const Timeline::TimelineItem& item : timeline.items) {
+        if (const auto* photo = std::get_if<Timeline::PhotoSegment>(&item)) {
+            const double first = std::ceil(photo->start * fps);
+            if (first >= 0 && first < static_cast<double>(count))
+                frames.push_back(static_cast<std::int64_t>(first));
+        }
+    }
+    return frames;
 }
 
 struct Rendering {
@@ -138,11 +155,17 @@ ExportResult exportMovie(const Timeline::SlideshowTimeline& timeline, const Time
         }
     };
 
+    const auto drawn = [&](std::int64_t index) {
+        const double time = static_cast<double>(index) / format.fps;
+        return draw(frameSource, playhead.state(time), format.size);
+    };
     const auto rendering = renderingFor(format.size);
     {
+        PhotoScout scout(firstFrames(timeline, format.fps, count), format.fps,
+                         [&](std::int64_t index) { static_cast<void>(drawn(index)); });
         RenderQueue frames(count, rendering.workers, rendering.capacity, [&](std::int64_t index) {
-            const double time = static_cast<double>(index) / format.fps;
-            return draw(frameSource, playhead.state(time), format.size);
+            scout.reach(index);
+            return drawn(index);
         });
         for (std::int64_t index = 0; index < count; ++index) {
             addSoundUntil(static_cast<double>(index + 1) / format.fps);

@@ -9,6 +9,7 @@
 #include <memory>
 #include <numbers>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -29,11 +30,13 @@ struct CloseOutput {
 
 using Output = std::unique_ptr<AVFormatContext, CloseOutput>;
 
-Libav::CodecContext openEncoder(const SoundFile& sound, const AVFormatContext& output) {
+/// Nothing when the encoder does not take samples of that format.
+Libav::CodecContext openEncoder(const SoundFile& sound, const AVFormatContext& output,
+                                AVSampleFormat format) {
     const AVCodec* codec = avcodec_find_encoder_by_name(sound.codec.c_str());
     require(codec, "no encoder " + sound.codec);
     Libav::CodecContext encoder(avcodec_alloc_context3(codec));
-    encoder->sample_fmt = codec->sample_fmts[0];
+    encoder->sample_fmt = format;
     encoder->sample_rate = sound.sampleRate;
     encoder->time_base = {1, sound.sampleRate};
     if (sound.hasNamedChannels)
@@ -45,8 +48,18 @@ Libav::CodecContext openEncoder(const SoundFile& sound, const AVFormatContext& o
     if (output.oformat->flags & AVFMT_GLOBALHEADER)
         encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     encoder->strict_std_compliance = FF_COMPLIANCE_EXPERIMENTAL;
-    require(avcodec_open2(encoder.get(), codec, nullptr) >= 0, "open " + sound.codec);
-    return encoder;
+    return avcodec_open2(encoder.get(), codec, nullptr) < 0 ? nullptr : std::move(encoder);
+}
+
+/// With the finest samples that it takes.
+Libav::CodecContext openEncoder(const SoundFile& sound, const AVFormatContext& output) {
+    for (const AVSampleFormat format :
+         {AV_SAMPLE_FMT_FLT, AV_SAMPLE_FMT_FLTP, AV_SAMPLE_FMT_S32, AV_SAMPLE_FMT_S32P, AV_SAMPLE_FMT_S16,
+          AV_SAMPLE_FMT_S16P, AV_SAMPLE_FMT_U8}) {
+        if (Libav::CodecContext encoder = openEncoder(sound, output, format))
+            return encoder;
+    }
+    throw std::runtime_error("writing sound: open " + sound.codec);
 }
 
 void store(AVFrame& frame, int index, int channel, double value) {
@@ -92,6 +105,7 @@ void addCoverStream(AVFormatContext& output) {
 } // namespace
 
 void writeSound(const std::filesystem::path& file, const SoundFile& sound) {
+    Libav::silenceLog();
     AVFormatContext* raw = nullptr;
     require(avformat_alloc_output_context2(&raw, nullptr, sound.container.c_str(), nullptr) >= 0,
             "container");

@@ -1,0 +1,95 @@
+#include <Export/PhotoScout.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using Export::PhotoScout;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+/// Remembers what was drawn.
+class Sketchbook {
+public:
+    void draw(std::int64_t frame) {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_frames.push_back(frame);
+        }
+        m_hasGrown.notify_all();
+    }
+    /// Waits until there are that many.
+    std::vector<std::int64_t> frames(std::size_t count) {
+        std::unique_lock lock(m_mutex);
+        m_hasGrown.wait(lock, [&] { return m_frames.size() >= count; });
+        return m_frames;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_hasGrown;
+    std::vector<std::int64_t> m_frames;
+};
+
+TEST(PhotoScoutTest, DrawsTheNextPhotoAsSoonAsOneBegins) {
+    Sketchbook book;
+    PhotoScout scout({0, 100, 200, 300}, 30, [&](std::int64_t frame) { book.draw(frame); });
+    scout.reach(0);
+    EXPECT_THAT(book.frames(1), ElementsAre(100));
+    scout.reach(50);
+    scout.reach(100);
+    EXPECT_THAT(book.frames(2), ElementsAre(100, 200));
+    scout.reach(99);
+    scout.reach(200);
+    EXPECT_THAT(book.frames(3), ElementsAre(100, 200, 300));
+}
+
+TEST(PhotoScoutTest, DoesNothingBeforeTheFirstPhoto) {
+    Sketchbook book;
+    {
+        PhotoScout scout({90, 200}, 30, [&](std::int64_t frame) { book.draw(frame); });
+        scout.reach(89);
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    EXPECT_THAT(book.frames(0), IsEmpty());
+}
+
+TEST(PhotoScoutTest, LeavesPhotosAloneThatFollowQuicklyOrHaveBegun) {
+    Sketchbook book;
+    PhotoScout scout({0, 10, 110, 210, 310}, 30, [&](std::int64_t frame) { book.draw(frame); });
+    scout.reach(150);
+    EXPECT_THAT(book.frames(1), ElementsAre(210));
+    scout.reach(215);
+    EXPECT_THAT(book.frames(2), ElementsAre(210, 310));
+}
+
+TEST(PhotoScoutTest, DropsWhatTheDrawingThrowsAndGoesOn) {
+    Sketchbook book;
+    PhotoScout scout({0, 100, 200}, 30, [&](std::int64_t frame) {
+        book.draw(frame);
+        throw std::runtime_error("no photo");
+    });
+    scout.reach(0);
+    static_cast<void>(book.frames(1));
+    scout.reach(100);
+    EXPECT_THAT(book.frames(2), ElementsAre(100, 200));
+}
+
+TEST(PhotoScoutTest, GoesAwayWhilePhotosAreLeft) {
+    for (int i = 0; i < 100; ++i) {
+        PhotoScout scout({0, 100, 200}, 30, [](std::int64_t) {});
+        scout.reach(i % 2 ? 0 : -1);
+    }
+}
+
+} // namespace
