@@ -5,7 +5,9 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <mutex>
 #include <random>
+#include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -35,6 +37,33 @@ std::filesystem::path temporaryName(const std::filesystem::path& target, std::ra
     return folderOf(target) / name;
 }
 
+/// The temporary files that exist.
+class Unfinished {
+public:
+    void add(const std::filesystem::path& file) {
+        const std::lock_guard lock(m_mutex);
+        m_files.insert(file);
+    }
+    void remove(const std::filesystem::path& file) {
+        const std::lock_guard lock(m_mutex);
+        m_files.erase(file);
+    }
+    void discard() {
+        const std::lock_guard lock(m_mutex);
+        for (const std::filesystem::path& file : m_files)
+            unlink(file.c_str());
+    }
+
+private:
+    std::mutex m_mutex;
+    std::set<std::filesystem::path> m_files;
+};
+
+Unfinished& unfinished() {
+    static Unfinished files;
+    return files;
+}
+
 /// Zero or the error's number.
 int synchronise(const std::filesystem::path& path, int flags) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | flags);
@@ -58,11 +87,17 @@ PendingFile::PendingFile(std::filesystem::path target)
     if (file < 0)
         throw ExportError(ExportError::Kind::writerSetupFailed, m_target.string() + ": " + systemText(errno));
     close(file);
+    unfinished().add(m_path);
 }
 
 PendingFile::~PendingFile() {
     if (!m_isCommitted)
         unlink(m_path.c_str());
+    unfinished().remove(m_path);
+}
+
+void PendingFile::discardAll() {
+    unfinished().discard();
 }
 
 void PendingFile::commit() {

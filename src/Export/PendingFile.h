@@ -19,6 +19,10 @@ public:
     [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
     [[nodiscard]] const std::filesystem::path& target() const { return m_target; }
 
+    /// Deletes the temporary files of this process, for one that is about to end without unwinding.
+    /// Thread-safe.
+    static void discardAll();
+
     /// Puts the closed file in its place, safe on the disk. Throws ExportError (writerFailed).
     void commit();
 

@@ -1,9 +1,14 @@
 #include <Export/MovieExport.h>
+#include <Export/PendingFile.h>
 #include <Export/VideoExporter.h>
 
 #include <utility>
 
 namespace Export {
+
+void discardUnfinishedMovies() {
+    PendingFile::discardAll();
+}
 
 VideoExporter::VideoExporter(Timeline::SlideshowTimeline timeline, ExportPreset preset, double crossfade,
                              FrameSource& frameSource, int fps)

@@ -30,6 +30,10 @@ struct ExportResult {
     friend bool operator==(const ExportResult&, const ExportResult&) = default;
 };
 
+/// Deletes what running exports have written so far, for a process that is about to end without waiting for
+/// them. Thread-safe.
+void discardUnfinishedMovies();
+
 /// Writes one timeline to one QuickTime movie. Frames are rendered ahead by workers while the encoder runs; the
 /// music is decoded, looped, faded and encoded beside them.
 class VideoExporter {

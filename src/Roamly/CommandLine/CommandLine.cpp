@@ -1,3 +1,4 @@
+#include <Export/VideoExporter.h>
 #include <Foundation/Cancellation.h>
 #include <Roamly/CommandLine/CommandLine.h>
 #include <Roamly/CommandLine/Commands.h>
@@ -66,7 +67,7 @@ int runCommand(const Command& command, const std::vector<std::string>& words) {
         std::vector<Option> options = command.options;
         options.insert(options.end(), commonOptions().begin(), commonOptions().end());
         const Arguments arguments = Arguments::parse(words, options, command.positionals);
-        const Interruption interruption;
+        const Interruption interruption{Export::discardUnfinishedMovies};
         Console console{arguments.has("--json")};
         return command.run({arguments, console, interruption.token()});
     } catch (const UsageError& error) {

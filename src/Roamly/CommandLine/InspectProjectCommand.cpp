@@ -2,16 +2,35 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/ProjectStore.h>
 
+#include <string>
+#include <string_view>
+
 namespace CommandLine {
 
 namespace {
+
+/// The document on one line: without the white space between its pieces.
+std::string onOneLine(std::string_view document) {
+    std::string line;
+    bool isInText = false;
+    bool isEscaped = false;
+    for (const char c : document) {
+        if (!isInText && (c == ' ' || c == '\n'))
+            continue;
+        if (c == '"' && !isEscaped)
+            isInText = !isInText;
+        isEscaped = c == '\\' && !isEscaped;
+        line += c;
+    }
+    return line;
+}
 
 int run(const Invocation& invocation) {
     const ProjectModel::Project project =
         Roamly::ProjectStore::load(invocation.arguments.positionals()[0]).project;
     const std::string document = ProjectModel::encoded(project);
     if (invocation.console.isJson())
-        invocation.console.result([&](Foundation::JsonWriter& json) { json.raw(document); });
+        invocation.console.result([&](Foundation::JsonWriter& json) { json.raw(onOneLine(document)); });
     else
         invocation.console.raw(document);
     return ExitStatus::done;

@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <utility>
 
 namespace CommandLine {
 
@@ -28,12 +29,12 @@ sigset_t watchedSignals() {
 
 } // namespace
 
-Interruption::Interruption() {
+Interruption::Interruption(std::function<void()> lastly) {
     // A reader that went away shows as a failed write; the work's own clean-up can then run.
     std::signal(SIGPIPE, SIG_IGN);
     const sigset_t signals = watchedSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    m_watcher = std::jthread{[this, signals](const std::stop_token& ended) {
+    m_watcher = std::jthread{[this, signals, lastly = std::move(lastly)](const std::stop_token& ended) {
         while (true) {
             int signal = 0;
             if (sigwait(&signals, &signal) != 0)
@@ -42,8 +43,11 @@ Interruption::Interruption() {
                 return;
             if (signal == wakeUp)
                 continue;
-            if (!m_source.request_stop())
+            if (!m_source.request_stop()) {
+                if (lastly)
+                    lastly();
                 ::_exit(ExitStatus::interrupted);
+            }
         }
     }};
 }

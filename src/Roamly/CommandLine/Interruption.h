@@ -1,16 +1,17 @@
 #pragma once
 
+#include <functional>
 #include <stop_token>
 #include <thread>
 
 namespace CommandLine {
 
 /// Turns Ctrl-C and requests to terminate into a stop token. The first asks the work to end; the second ends
-/// the process at once, which leaves files that are replaced as a whole as they were. Made before any other
-/// thread: the signals are held back in all threads and taken by one of its own.
+/// the process at once, after `lastly`; files that are replaced as a whole stay as they were. Made before any
+/// other thread: the signals are held back in all threads and taken by one of its own.
 class Interruption {
 public:
-    Interruption();
+    explicit Interruption(std::function<void()> lastly = {});
     ~Interruption();
     Interruption(const Interruption&) = delete;
     Interruption& operator=(const Interruption&) = delete;

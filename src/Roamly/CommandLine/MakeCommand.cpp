@@ -86,8 +86,7 @@ Command makeCommand() {
     return {
         .name = "make",
         .summary = "turn folders of photos into a movie in one go",
-        .usages = {"FOLDER… -o FILE.mov [--music FILE] [--project FILE.roamly] [--resolution SIZE] [--codec "
-                   "CODEC]"},
+        .usages = {"FOLDER… -o FILE.mov [--music FILE] [--project FILE.roamly] [OPTION…]"},
         .positionals = {{"FOLDER", "a folder of photos; those inside it are searched too", false, true}},
         .options = std::move(options),
         .details = "The photos are shown in the order in which they were taken.",

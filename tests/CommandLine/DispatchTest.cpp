@@ -1,0 +1,67 @@
+#include "EndToEndTest.h"
+
+#include <Roamly/CommandLine/Commands.h>
+
+namespace {
+
+class DispatchTest : public EndToEndTest {};
+
+} // namespace
+
+TEST_F(DispatchTest, AloneItTellsWhatItCanDo) {
+    const Ran ran = run({});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_NE(ran.out.find("roamly make"), std::string::npos);
+    EXPECT_EQ(ran.out, run({"--help"}).out);
+    EXPECT_EQ(ran.err, "");
+}
+
+TEST_F(DispatchTest, TheVersionIsNamed) {
+    const Ran ran = run({"--version"});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_TRUE(ran.out.starts_with("roamly ")) << ran.out;
+}
+
+TEST_F(DispatchTest, EveryCommandExplainsItselfWhateverElseIsTyped) {
+    for (const CommandLine::Command& command : CommandLine::commands()) {
+        std::vector<std::string> words;
+        const std::string name{command.name};
+        const std::size_t space = name.find(' ');
+        words.push_back(name.substr(0, space));
+        if (space != std::string::npos)
+            words.push_back(name.substr(space + 1));
+        words.insert(words.end(), {"--nonsense", "x", "--help"});
+        const Ran ran = run(words);
+        EXPECT_EQ(ran.status, 0) << name;
+        EXPECT_TRUE(ran.out.starts_with("Usage: roamly " + name)) << ran.out;
+        EXPECT_EQ(ran.err, "") << name;
+    }
+}
+
+TEST_F(DispatchTest, UnknownCommandsAndOptionsAreMisuseWithTheNearestName) {
+    expectFailure(2, {"frobnicate"});
+    expectFailure(2, {"--frobnicate"});
+    EXPECT_NE(run({"exprot"}).err.find("Did you mean export?"), std::string::npos);
+    EXPECT_NE(run({"export", "p", "--outputt", "x"}).err.find("Did you mean --output?"), std::string::npos);
+}
+
+TEST_F(DispatchTest, AProjectAloneIsExplainedSinceThereIsNoWindow) {
+    const Ran ran = run({"Lisbon.roamly"});
+    EXPECT_EQ(ran.status, 2);
+    EXPECT_EQ(ran.out, "");
+    EXPECT_NE(ran.err.find("no window"), std::string::npos) << ran.err;
+    EXPECT_NE(ran.err.find("roamly make"), std::string::npos) << ran.err;
+}
+
+TEST_F(DispatchTest, EveryCommandWithoutArgumentsIsMisuseExceptSettings) {
+    for (const CommandLine::Command& command : CommandLine::commands()) {
+        const std::string name{command.name};
+        if (name == "settings")
+            continue;
+        const std::size_t space = name.find(' ');
+        std::vector<std::string> words{name.substr(0, space)};
+        if (space != std::string::npos)
+            words.push_back(name.substr(space + 1));
+        expectFailure(2, words);
+    }
+}
