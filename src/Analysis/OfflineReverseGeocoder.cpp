@@ -28,8 +28,8 @@ constexpr double secondLevelReachKm = 60;
 constexpr double firstLevelReachKm = 160;
 /// Where there is no border polygon at all, a town this close tells the country.
 constexpr double countryByTownKm = 10;
-/// A town in the polygon of another country claims its own surroundings.
-constexpr double coarseBorderKm = 2;
+/// A town in the polygon of another country claims its surroundings, as far as this from its edge.
+constexpr double coarseBorderKm = 3;
 /// What a first-level border between point and town weighs.
 constexpr double otherRegionPenalty = 1.5;
 /// Border polygons follow the ground where people live, and run straight for longer than this elsewhere. Near
@@ -128,7 +128,8 @@ Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Positi
         if (km > reachKm(town, position.isOnLand))
             return;
         if (position.country) {
-            if (town.country != *position.country && !(town.isOutsideItsBorders != 0 && km <= coarseBorderKm))
+            if (town.country != *position.country &&
+                !(town.isOutsideItsBorders != 0 && km <= double{town.radiusKm} + coarseBorderKm))
                 return;
         } else if (km > countryByTownKm) {
             return;

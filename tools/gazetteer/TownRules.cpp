@@ -17,6 +17,10 @@ namespace {
 constexpr double coreShare = 0.5;
 /// But nothing that is itself a fair part of it.
 constexpr double sectionShare = 0.4;
+/// Where the unit is a whole state, cities of this size farther out than this part of the core are
+/// neighbours.
+constexpr std::uint32_t neighbourPopulation = 300'000;
+constexpr double neighbourShare = 0.6;
 /// Smaller towns are left alone: what lies beside them are villages, not districts.
 constexpr std::uint32_t smallestMetropolis = 100'000;
 /// The densely built core, for which `coreShare` is measured.
@@ -58,6 +62,12 @@ bool isInUnitOf(const Place& inner, const Place& outer) {
     return true;
 }
 
+/// Whether the inner place is a city of its own right as far as the tables tell.
+bool isNeighbourCity(const Place& inner, const Place& outer) {
+    return inner.population >= neighbourPopulation && outer.areas[1].empty() && !inner.areas[1].empty() &&
+           !isCityState(outer.country);
+}
+
 /// Places by whole degrees, to look only at those nearby.
 using Grid = std::map<std::pair<int, int>, std::vector<std::size_t>>;
 
@@ -75,12 +85,14 @@ bool isWrittenPlainly(std::string_view country) {
     return codes.contains(country);
 }
 
-/// Where an apostrophe stands for a soft sign or a glottal stop, which English readers leave out.
 std::string plainName(const Place& place) {
     if (place.asciiName.empty())
         return place.name;
     std::string name = place.asciiName;
-    std::erase_if(name, [](char c) { return c == '\'' || c == '`'; });
+    // In Chinese names an apostrophe parts syllables and stays; elsewhere it stands for a soft sign or a
+    // glottal stop, which English readers leave out.
+    if (place.country != "CN" && place.country != "TW" && place.country != "BD")
+        std::erase_if(name, [](char c) { return c == '\'' || c == '`'; });
     return name;
 }
 
@@ -118,10 +130,9 @@ double fadeKm(std::uint32_t population) {
 }
 
 std::vector<Place> withoutSections(std::vector<Place> places, const std::filesystem::path& corrections) {
-    std::set<std::pair<std::string, std::string>> listed;
-    for (const auto& row : readTable(corrections, 2))
-        listed.emplace(row[0], row[1]);
-    const std::size_t expected = listed.size();
+    std::map<std::vector<std::string>, std::string> listed;
+    for (const auto& row : readTable(corrections, 4))
+        listed[{row[0], row[1], row[2]}] = row[3];
     std::vector<std::size_t> largestFirst(places.size());
     for (std::size_t i = 0; i < places.size(); ++i)
         largestFirst[i] = i;
@@ -134,17 +145,10 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
         grid[gridCell(places[i])].push_back(i);
 
     std::vector<bool> isSection(places.size(), false);
-    std::size_t found = 0;
-    for (const std::size_t i : largestFirst) {
-        // A listed name means the largest place that bears it.
-        if (listed.erase({places[i].country, places[i].name}) > 0) {
-            isSection[i] = true;
-            ++found;
-        }
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const auto parent = listed.find({places[i].country, places[i].areas[0], places[i].areas[1]});
+        isSection[i] = parent != listed.end() && places[i].name != parent->second;
     }
-    if (found != expected)
-        throw std::runtime_error(corrections.string() + " lists " + listed.begin()->second + " (" +
-                                 listed.begin()->first + "), which is no place");
 
     for (const std::size_t i : largestFirst) {
         const Place& town = places[i];
@@ -161,8 +165,10 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
                     continue;
                 for (const std::size_t j : cell->second) {
                     const Place& other = places[j];
+                    const double km = distanceKm(town, other);
                     if (j != i && other.kind != "PPLC" && other.population < sectionShare * town.population &&
-                        distanceKm(town, other) < core && isInUnitOf(other, town))
+                        km < core && isInUnitOf(other, town) &&
+                        !(isNeighbourCity(other, town) && km > core * neighbourShare))
                         isSection[j] = true;
                 }
             }
