@@ -336,7 +336,7 @@ std::optional<fs::path> BookmarkResolver::resolvedFile(const Bytes& bookmark) {
     const std::string_view text{reinterpret_cast<const char*>(bookmark.data()), bookmark.size()};
     if (!isValidUtf8(text))
         return std::nullopt;
-    const std::optional<fs::path> path = standardised(fs::path{text});
+    std::optional<fs::path> path = standardised(fs::path{text});
     std::error_code error;
     if (!path || !fs::exists(*path, error))
         return std::nullopt;

@@ -169,7 +169,7 @@ ExifTags readAfterOffset(const ByteSource& block) {
     if (isTiff(tiff))
         return readTiffTags(tiff);
     // Some writers leave the number out, or count from elsewhere.
-    for (const std::uint64_t position : {0, 4, 6, 10}) {
+    for (const std::uint64_t position : std::array<std::uint64_t, 4>{0, 4, 6, 10}) {
         const SourceRange candidate{block, position, block.size()};
         if (isTiff(candidate))
             return readTiffTags(candidate);

@@ -7,7 +7,7 @@
 namespace PhotoSources {
 
 std::string displayName(const std::filesystem::path& path) {
-    const std::string name = path.filename().string();
+    std::string name = path.filename().string();
     if (Foundation::isValidUtf8(name))
         return name;
     std::string result;
