@@ -66,15 +66,15 @@ public:
     /// Returns when all is read; `afterEach` is called from this thread.
     std::vector<std::optional<FoundPhoto>> run(const std::function<void()>& afterEach) {
         {
-            std::vector<std::jthread> helpers;
+            std::vector<std::jthread> threads;
             const std::size_t workers = std::min<std::size_t>(
                 std::max(1U, std::thread::hardware_concurrency()), m_files.size() / 8 + 1);
             for (std::size_t i = 1; i < workers; ++i)
-                helpers.emplace_back([this](const std::stop_token& abandoned) {
+                threads.emplace_back([this](const std::stop_token& abandoned) {
                     while (!abandoned.stop_requested() && readNext())
                         ;
                 });
-            // An exception from the callback leaves through the helpers' destructors, which stop them.
+            // An exception from the callback leaves through the threads' destructors, which stop them.
             while (readNext())
                 afterEach();
         }
