@@ -1,0 +1,20 @@
+#pragma once
+
+#include <Foundation/Image.h>
+#include <ProjectModel/PhotoRef.h>
+
+#include <optional>
+
+namespace Analysis {
+
+/// Where the analysis gets pixels from.
+class ImageProviding {
+public:
+    virtual ~ImageProviding() = default;
+
+    /// The decoded photo at a size good enough for looking at scenes and faces; nothing when its pixels
+    /// cannot be had. Called from several threads at once.
+    [[nodiscard]] virtual std::optional<Foundation::Image> image(const ProjectModel::PhotoRef& ref) = 0;
+};
+
+} // namespace Analysis

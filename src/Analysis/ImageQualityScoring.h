@@ -1,0 +1,23 @@
+#pragma once
+
+#include <Foundation/Image.h>
+
+namespace Analysis {
+
+struct ImageQuality {
+    /// 0…1.
+    double aesthetics = 0.5;
+    /// Whether a face shows its left eye.
+    bool hasOpenEyedFace = false;
+};
+
+/// Judges what an image looks like.
+class ImageQualityScoring {
+public:
+    virtual ~ImageQualityScoring() = default;
+
+    /// Never fails. Called from several threads at once.
+    [[nodiscard]] virtual ImageQuality quality(const Foundation::Image& image) = 0;
+};
+
+} // namespace Analysis
