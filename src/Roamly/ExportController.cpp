@@ -53,7 +53,7 @@ void ExportController::exportProject(const ProjectModel::Project& project,
     wait();
     m_state = State{};
     m_state.isExporting = true;
-    m_state.stageText = "Preparing…";
+    m_state.stageText = preparing;
     if (m_changed)
         m_changed();
 

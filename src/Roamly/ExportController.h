@@ -13,6 +13,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <thread>
 
 namespace Roamly {
@@ -28,6 +29,9 @@ public:
     /// Makes what draws the frames, decoding photos to at most `maxPixel` pixels on their longest side.
     using FrameSourceFactory = std::function<std::unique_ptr<Export::FrameSource>(
         const ProjectModel::Project& project, int maxPixel)>;
+
+    /// The stage before the exporter's own.
+    static constexpr std::string_view preparing = "Preparing…";
 
     struct State {
         bool isExporting = false;

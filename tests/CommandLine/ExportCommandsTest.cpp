@@ -50,6 +50,7 @@ TEST_F(ExportCommandsTest, ExportReportsProgressAndTheResultForPrograms) {
         EXPECT_EQ(lines[i]["progress"].size(), 2U);
         EXPECT_GE(lines[i]["progress"]["fraction"].get<double>(), last);
         last = lines[i]["progress"]["fraction"];
+        EXPECT_EQ(lines[i]["progress"]["stage"], i + 2 < lines.size() ? "Rendering video" : "Done");
     }
     EXPECT_EQ(lines[lines.size() - 2], (json{{"progress", {{"fraction", 1.0}, {"stage", "Done"}}}}));
 }

@@ -1,16 +1,24 @@
 #include <Foundation/AtomicFile.h>
+#include <Foundation/TemporaryFolder.h>
+#include <Roamly/CommandLine/BashCompletion.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Help.h>
+#include <Roamly/CommandLine/ManualPage.h>
 #include <Roamly/CommandLine/ProjectSettingKeys.h>
 #include <Roamly/SettingsStore.h>
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <system_error>
+#include <vector>
 
 using CommandLine::Command;
 using CommandLine::commandHelp;
@@ -24,6 +32,31 @@ const Command& named(std::string_view name) {
             return command;
     }
     throw std::out_of_range("no such command");
+}
+
+/// What a program of this machine prints.
+std::string outputOf(const std::vector<std::string>& words) {
+    int ends[2];
+    if (::pipe(ends) != 0)
+        throw std::system_error(errno, std::generic_category());
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::dup2(ends[1], STDOUT_FILENO);
+        std::vector<char*> arguments;
+        for (const std::string& word : words)
+            arguments.push_back(const_cast<char*>(word.c_str()));
+        arguments.push_back(nullptr);
+        ::execvp(arguments[0], arguments.data());
+        ::_exit(127);
+    }
+    ::close(ends[1]);
+    std::string text;
+    char buffer[4096];
+    for (ssize_t length; (length = ::read(ends[0], buffer, sizeof buffer)) > 0;)
+        text.append(buffer, static_cast<std::size_t>(length));
+    ::close(ends[0]);
+    ::waitpid(child, nullptr, 0);
+    return text;
 }
 
 } // namespace
@@ -84,14 +117,39 @@ TEST(HelpTest, LinesFitATerminalOfAHundredColumns) {
     }
 }
 
-TEST(HelpTest, TheShellsCompletionKnowsEveryCommandAndOption) {
-    const std::string script = Foundation::readFile(ROAMLY_COMPLETIONS);
+TEST(HelpTest, TheManualPageKnowsEveryCommandAndOption) {
+    const std::string page = CommandLine::manualPage();
     for (const Command& command : commands()) {
-        const std::string_view word = command.name.substr(command.name.find(' ') + 1);
-        EXPECT_NE(script.find(word), std::string::npos) << command.name;
+        EXPECT_NE(page.find(CommandLine::sentence(command.summary)), std::string::npos) << command.name;
         for (const CommandLine::Option& option : command.options)
-            EXPECT_NE(script.find(option.name), std::string::npos) << command.name << " " << option.name;
+            EXPECT_NE(page.find("\\-\\-" + std::string{option.name.substr(2)}), std::string::npos)
+                << option.name;
     }
-    for (const Roamly::SettingKey& key : Roamly::settingKeys())
-        EXPECT_NE(script.find(key.name), std::string::npos) << key.name;
+}
+
+TEST(HelpTest, TheShellCompletesCommandsOptionsAndTheirWords) {
+    const Foundation::Testing::TemporaryFolder folder;
+    Foundation::writeFileAtomically(folder / "completion", CommandLine::bashCompletion());
+    std::filesystem::create_directory(folder / "trip");
+    Foundation::writeFileAtomically(folder / "a.roamly", "");
+    Foundation::writeFileAtomically(folder / "a.txt", "");
+    // What bash would offer after the words.
+    const auto offered = [&](const std::string& words) {
+        const std::string script =
+            "cd " + folder.path().string() + " && . ./completion && compopt() { :; } && COMP_WORDS=(" +
+            words + ") && COMP_CWORD=$((${#COMP_WORDS[@]} - 1)) && _roamly && echo -n \"${COMPREPLY[*]}\"";
+        return outputOf({"bash", "-c", script});
+    };
+    EXPECT_EQ(offered("roamly exp"), "export");
+    EXPECT_EQ(offered("roamly inspect f"), "frame");
+    EXPECT_EQ(offered("roamly import ''"), "a.roamly trip");
+    EXPECT_EQ(offered("roamly import a.roamly ''"), "trip");
+    EXPECT_EQ(offered("roamly import a.roamly trip ''"), "trip");
+    EXPECT_EQ(offered("roamly export a.roamly --co"), "--codec");
+    EXPECT_EQ(offered("roamly export a.roamly --codec ''"), "h264 hevc");
+    EXPECT_EQ(offered("roamly export a.roamly -o a"), "a.roamly a.txt");
+    EXPECT_EQ(offered("roamly set a.roamly photo"), "photoDuration");
+    EXPECT_EQ(offered("roamly settings ollamaB"), "ollamaBaseURL");
+    EXPECT_EQ(offered("roamly inspect frame --si"), "--size");
+    EXPECT_EQ(offered("roamly title a.roamly ''"), "");
 }

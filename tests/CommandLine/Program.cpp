@@ -77,18 +77,21 @@ std::filesystem::path Program::settingsFile() const {
 }
 
 Ran Program::run(const std::vector<std::string>& words, ErrorTo errorTo) {
-    return run(words, errorTo, {}, {});
+    return run(words, Situation{.errorTo = errorTo});
+}
+
+Ran Program::runTyping(const std::vector<std::string>& words, std::string_view typed) {
+    return run(words, Situation{.errorTo = ErrorTo::Terminal, .typed = typed});
 }
 
 Ran Program::interrupt(const std::vector<std::string>& words, std::string_view sign,
                        const std::vector<int>& signals) {
-    return run(words, ErrorTo::Pipe, sign, signals);
+    return run(words, Situation{.sign = sign, .signals = signals});
 }
 
-Ran Program::run(const std::vector<std::string>& words, ErrorTo errorTo, std::string_view sign,
-                 const std::vector<int>& signals) {
+Ran Program::run(const std::vector<std::string>& words, const Situation& situation) {
     const Channel out = makePipe();
-    const Channel err = errorTo == ErrorTo::Terminal ? makeTerminal() : makePipe();
+    const Channel err = situation.errorTo == ErrorTo::Terminal ? makeTerminal() : makePipe();
     const std::string config = (m_home / "config").string();
     const std::string home = m_home.path().string();
 
@@ -113,8 +116,8 @@ Ran Program::run(const std::vector<std::string>& words, ErrorTo errorTo, std::st
         // It must manage without a display and without being told how.
         for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"})
             ::unsetenv(variable);
-        const int nothing = ::open("/dev/null", O_RDONLY);
-        if (::chdir(m_folder.path().c_str()) != 0 || ::dup2(nothing, STDIN_FILENO) < 0 ||
+        const int input = situation.typed.empty() ? ::open("/dev/null", O_RDONLY) : err.writer;
+        if (::chdir(m_folder.path().c_str()) != 0 || ::dup2(input, STDIN_FILENO) < 0 ||
             ::dup2(out.writer, STDOUT_FILENO) < 0 || ::dup2(err.writer, STDERR_FILENO) < 0)
             ::_exit(126);
         ::execv(arguments[0], arguments.data());
@@ -123,8 +126,11 @@ Ran Program::run(const std::vector<std::string>& words, ErrorTo errorTo, std::st
     ::close(out.writer);
     ::close(err.writer);
 
+    if (!situation.typed.empty() && ::write(err.reader, situation.typed.data(), situation.typed.size()) < 0)
+        throw std::system_error(errno, std::generic_category(), "typing");
+
     Ran ran;
-    bool hasSignalled = signals.empty();
+    bool hasSignalled = situation.signals.empty();
     pollfd inputs[2] = {{out.reader, POLLIN, 0}, {err.reader, POLLIN, 0}};
     while (inputs[0].fd >= 0 || inputs[1].fd >= 0) {
         if (::poll(inputs, 2, -1) < 0 && errno != EINTR)
@@ -133,9 +139,9 @@ Ran Program::run(const std::vector<std::string>& words, ErrorTo errorTo, std::st
             inputs[0].fd = -1;
         if (inputs[1].revents != 0 && !readSome(err.reader, ran.err))
             inputs[1].fd = -1;
-        if (!hasSignalled && ran.out.find(sign) != std::string::npos) {
+        if (!hasSignalled && ran.out.find(situation.sign) != std::string::npos) {
             hasSignalled = true;
-            for (const int signal : signals)
+            for (const int signal : situation.signals)
                 ::kill(child, signal);
         }
     }

@@ -39,13 +39,21 @@ public:
     /// Runs it to its end with the words after its name.
     Ran run(const std::vector<std::string>& words, ErrorTo errorTo = ErrorTo::Pipe);
 
+    /// Runs it at a terminal where somebody has typed already.
+    Ran runTyping(const std::vector<std::string>& words, std::string_view typed);
+
     /// Starts it, sends the signals once `sign` stands in its standard output, and waits for its end.
     Ran interrupt(const std::vector<std::string>& words, std::string_view sign,
                   const std::vector<int>& signals);
 
 private:
-    Ran run(const std::vector<std::string>& words, ErrorTo errorTo, std::string_view sign,
-            const std::vector<int>& signals);
+    struct Situation {
+        ErrorTo errorTo = ErrorTo::Pipe;
+        std::string_view typed = {};
+        std::string_view sign = {};
+        std::vector<int> signals = {};
+    };
+    Ran run(const std::vector<std::string>& words, const Situation& situation);
 
     Foundation::Testing::TemporaryFolder m_folder;
     Foundation::Testing::TemporaryFolder m_home;

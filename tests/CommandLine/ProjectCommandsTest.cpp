@@ -273,6 +273,18 @@ TEST_F(ProjectCommandsTest, GoingOverToTheCloudNeedsAConfirmation) {
     EXPECT_EQ(run({"set", "p.roamly", "aiProvider", "openRouter"}).status, 0);
 }
 
+TEST_F(ProjectCommandsTest, OnATerminalTheConfirmationIsAskedFor) {
+    makeProject();
+    const std::string before = text("p.roamly");
+    const Ran no = program.runTyping({"set", "p.roamly", "aiProvider", "openRouter"}, "n\n");
+    EXPECT_EQ(no.status, 1) << no.err;
+    EXPECT_NE(no.err.find("Use OpenRouter (cloud)? [y/N]"), std::string::npos) << no.err;
+    EXPECT_EQ(text("p.roamly"), before);
+    EXPECT_EQ(program.runTyping({"set", "p.roamly", "aiProvider", "openRouter"}, "\n").status, 1);
+    EXPECT_EQ(program.runTyping({"set", "p.roamly", "aiProvider", "openRouter"}, "y\n").status, 0);
+    EXPECT_EQ(project()["settings"]["aiProvider"], "openRouter");
+}
+
 TEST_F(ProjectCommandsTest, MalformedIdentifiersAreMisuse) {
     makeProject();
     for (const char* command : {"select", "deselect", "remove", "remove-source"})

@@ -18,6 +18,8 @@ struct Option {
     /// 'o' for "-o"; 0 for none.
     char shortName = 0;
     bool repeatable = false;
+    /// The values there are, where they are few, for completion.
+    std::vector<std::string_view> choices = {};
 };
 
 struct Positional {
@@ -27,6 +29,9 @@ struct Positional {
     bool isOptional = false;
     /// Takes all that remain; only the last one may.
     bool isRepeated = false;
+    /// The words there are, where they are few, for completion. Without them PROJECT, FOLDER and names that
+    /// begin with FILE are completed from the disk.
+    std::vector<std::string_view> choices = {};
 };
 
 /// What was typed after a command's name, sorted into options and the rest.

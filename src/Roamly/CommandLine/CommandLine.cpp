@@ -1,10 +1,12 @@
 #include <Export/VideoExporter.h>
 #include <Foundation/Cancellation.h>
+#include <Roamly/CommandLine/BashCompletion.h>
 #include <Roamly/CommandLine/CommandLine.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Help.h>
 #include <Roamly/CommandLine/Interruption.h>
+#include <Roamly/CommandLine/ManualPage.h>
 #include <Roamly/CommandLine/Suggestion.h>
 #include <Roamly/CommandLine/Version.h>
 
@@ -119,6 +121,14 @@ int run(int argumentCount, char* arguments[]) {
         }
         if (words[0] == "--version") {
             Console{false}.raw(versionText());
+            return ExitStatus::done;
+        }
+        if (words[0] == "--bash-completion") {
+            Console{false}.raw(bashCompletion());
+            return ExitStatus::done;
+        }
+        if (words[0] == "--manual-page") {
+            Console{false}.raw(manualPage());
             return ExitStatus::done;
         }
         if (const Command* const command = findCommand(words)) {

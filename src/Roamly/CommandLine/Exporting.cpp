@@ -9,9 +9,18 @@
 namespace CommandLine {
 
 std::vector<Option> exportOptions() {
-    return {{"--output", "FILE.mov", "the movie to write; one that exists is replaced", 'o'},
-            {"--resolution", "SIZE", "p1080 or p2160 (4K); otherwise as in the settings"},
-            {"--codec", "CODEC", "h264 or hevc; otherwise as in the settings"}};
+    return {{.name = "--output",
+             .value = "FILE.mov",
+             .help = "the movie to write; one that exists is replaced",
+             .shortName = 'o'},
+            {.name = "--resolution",
+             .value = "SIZE",
+             .help = "p1080 or p2160 (4K); otherwise as in the settings",
+             .choices = {"p1080", "p2160"}},
+            {.name = "--codec",
+             .value = "CODEC",
+             .help = "h264 or hevc; otherwise as in the settings",
+             .choices = {"h264", "hevc"}}};
 }
 
 Export::ExportPreset exportPreset(const Arguments& arguments, const Roamly::AppSettings& settings) {
@@ -29,7 +38,10 @@ std::set<Foundation::Uuid> exportMovie(const ProjectModel::Project& project,
     Roamly::ExportController* running = nullptr;
     const auto show = [&] {
         const Roamly::ExportController::State& state = running->state();
-        if (state.isExporting)
+        // Programs get the exporter's own reports only.
+        const bool isShown =
+            !invocation.console.isJson() || state.stageText != Roamly::ExportController::preparing;
+        if (state.isExporting && isShown)
             invocation.console.progress(state.stageText, state.progress, [&](Foundation::JsonWriter& json) {
                 JsonForms::write(json, Export::ExportProgress{state.progress, state.stageText});
             });

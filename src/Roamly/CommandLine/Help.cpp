@@ -10,9 +10,9 @@ namespace CommandLine {
 
 namespace {
 
-constexpr std::array common{
-    Option{"--json", {}, "progress and the result as JSON lines, for programs"},
-    Option{"--help", {}, "show this help", 'h'},
+const std::array common{
+    Option{.name = "--json", .help = "progress and the result as JSON lines, for programs"},
+    Option{.name = "--help", .help = "show this help", .shortName = 'h'},
 };
 
 using Rows = std::vector<std::pair<std::string, std::string_view>>;
@@ -41,6 +41,12 @@ Rows commandRows(std::string_view group) {
     return rows;
 }
 
+} // namespace
+
+std::span<const Option> commonOptions() {
+    return common;
+}
+
 std::string optionText(const Option& option) {
     std::string text = option.shortName ? std::string{"-"} + option.shortName + ", " : std::string{};
     text += option.name;
@@ -49,10 +55,11 @@ std::string optionText(const Option& option) {
     return text;
 }
 
-} // namespace
-
-std::span<const Option> commonOptions() {
-    return common;
+std::string sentence(std::string_view summary) {
+    std::string text{summary};
+    if (!text.empty() && text[0] >= 'a' && text[0] <= 'z')
+        text[0] = static_cast<char>(text[0] - 'a' + 'A');
+    return text + ".";
 }
 
 std::string overview() {
@@ -95,10 +102,7 @@ std::string commandHelp(const Command& command) {
         out << lead << "roamly " << command.name << (usage.empty() ? "" : " ") << usage << '\n';
         lead = "       ";
     }
-    std::string summary{command.summary};
-    if (!summary.empty() && summary[0] >= 'a' && summary[0] <= 'z')
-        summary[0] = static_cast<char>(summary[0] - 'a' + 'A');
-    out << '\n' << summary << ".\n";
+    out << '\n' << sentence(command.summary) << '\n';
     if (!command.details.empty())
         out << '\n' << command.details << '\n';
 

@@ -16,6 +16,12 @@ namespace CommandLine {
 /// Everything about one command.
 [[nodiscard]] std::string commandHelp(const Command& command);
 
+/// An option as it is typed: "-o, --output FILE".
+[[nodiscard]] std::string optionText(const Option& option);
+
+/// A summary as a sentence of its own.
+[[nodiscard]] std::string sentence(std::string_view summary);
+
 /// The options that every command has.
 [[nodiscard]] std::span<const Option> commonOptions();
 

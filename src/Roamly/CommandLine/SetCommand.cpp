@@ -14,14 +14,19 @@ namespace {
 
 using ProjectModel::ProjectSettings;
 
-const ProjectSettingKey& findKey(const std::string& name) {
+std::vector<std::string_view> keyNames() {
     std::vector<std::string_view> names;
+    for (const ProjectSettingKey& key : projectSettingKeys())
+        names.push_back(key.name);
+    return names;
+}
+
+const ProjectSettingKey& findKey(const std::string& name) {
     for (const ProjectSettingKey& key : projectSettingKeys()) {
         if (key.name == name)
             return key;
-        names.push_back(key.name);
     }
-    throw UsageError("A project has no setting “" + name + "”." + suggestion(name, names));
+    throw UsageError("A project has no setting “" + name + "”." + suggestion(name, keyNames()));
 }
 
 /// Going over to a provider that receives the photos needs the user's consent.
@@ -77,7 +82,7 @@ Command setCommand() {
         .summary = "change a project’s own settings",
         .usages = {"PROJECT KEY VALUE", "PROJECT KEY --unset"},
         .positionals = {{"PROJECT", "the project file"},
-                        {"KEY", "the setting, see below"},
+                        {.name = "KEY", .help = "the setting, see below", .choices = keyNames()},
                         {"VALUE", "its new value", true}},
         .options = {{"--unset", {}, "the settings for all projects hold again"},
                     {"--yes", {}, "confirm that photos leave this computer, for aiProvider openRouter"}},

@@ -11,13 +11,17 @@ namespace {
 using Foundation::JsonWriter;
 using Roamly::SettingKey;
 
-const SettingKey& findKey(const std::string& name) {
-    if (const SettingKey* const key = Roamly::findSettingKey(name))
-        return *key;
+std::vector<std::string_view> keyNames() {
     std::vector<std::string_view> names;
     for (const SettingKey& key : Roamly::settingKeys())
         names.push_back(key.name);
-    throw UsageError("There is no setting “" + name + "”." + suggestion(name, names));
+    return names;
+}
+
+const SettingKey& findKey(const std::string& name) {
+    if (const SettingKey* const key = Roamly::findSettingKey(name))
+        return *key;
+    throw UsageError("There is no setting “" + name + "”." + suggestion(name, keyNames()));
 }
 
 void writeAll(JsonWriter& json, const Roamly::AppSettings& settings) {
@@ -70,7 +74,10 @@ Command settingsCommand() {
         .name = "settings",
         .summary = "show or change the settings for all projects",
         .usages = {"", "KEY", "KEY VALUE", "KEY --unset"},
-        .positionals = {{"KEY", "one setting, see below; without it all are shown", true},
+        .positionals = {{.name = "KEY",
+                         .help = "one setting, see below; without it all are shown",
+                         .isOptional = true,
+                         .choices = keyNames()},
                         {"VALUE", "its new value", true}},
         .options = {{"--unset", {}, "back to the default"}},
         .details =
