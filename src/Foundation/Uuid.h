@@ -25,7 +25,8 @@ struct Uuid {
     /// The canonical 36-character text in upper case.
     [[nodiscard]] std::string text() const;
 
-    friend auto operator<=>(const Uuid&, const Uuid&) = default;
+    // The check takes the zero that every comparison of orderings is made against for a null pointer.
+    friend auto operator<=>(const Uuid&, const Uuid&) = default; // NOLINT(modernize-use-nullptr)
 };
 
 /// Where new identifiers come from; a parameter wherever a record is made, so that tests can choose them.

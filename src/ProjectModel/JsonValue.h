@@ -16,8 +16,9 @@ struct JsonValue {
     using Object = std::vector<Member>;
 
     /// Numbers written without fraction and exponent are integers as long as they fit one of the two types.
+    /// Null unless something else is put in.
     std::variant<std::nullptr_t, bool, std::int64_t, std::uint64_t, double, std::string, Array, Object>
-        content = nullptr;
+        content;
 };
 
 struct JsonValue::Member {
