@@ -78,8 +78,8 @@ QRect inkBounds(const QImage& image) {
 
 /// Crops the layer to its ink, first moving it inside `box` as far as possible and then clipping it to the
 /// box.
-Layer confined(Layer layer, const QRect& box) {
-    QRect ink = inkBounds(layer.image);
+Layer confined(const Layer& layer, const QRect& box) {
+    const QRect ink = inkBounds(layer.image);
     if (ink.isEmpty())
         return {};
     const QRect placed = ink.translated(layer.origin);
@@ -113,7 +113,7 @@ Layer drawText(const TextBlock& block, QPoint topLeft, const QRect& box) {
         painter.setPen(Qt::white);
         block.draw(painter, QPoint(overhang, overhang));
     }
-    return confined(std::move(layer), box);
+    return confined(layer, box);
 }
 
 /// The weights of a Gaussian blur. A blur "radius" is commonly two standard deviations.
@@ -204,7 +204,7 @@ Layer drawLocationSlash(QPoint topLeft, int side, const QRect& box) {
         painter.setPen(QPen(Qt::white, 0.08, Qt::SolidLine, Qt::RoundCap));
         painter.drawLine(slash);
     }
-    return confined(std::move(layer), box);
+    return confined(layer, box);
 }
 
 void append(std::vector<Export::OverlayBitmap>& bitmaps, const Layer& layer) {
