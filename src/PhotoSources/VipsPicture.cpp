@@ -195,11 +195,12 @@ bool isAffordable(const ImageFile& file, ImageFormat format, Size size) {
     }
 }
 
-/// Leaves at least a factor of two to the resampler, whose filter is the better one, and a pixel of the short
-/// side.
+/// Leaves a factor of one and a half to the resampler, whose filter is the better one, and a pixel of the
+/// short side. JPEG's own reduction keeps the low frequencies of each block: with that much room the result
+/// differs from one made of all pixels by half a level in 255.
 int jpegShrinkFor(Size size, int maxPixel) {
     for (const int shrink : {8, 4, 2}) {
-        if (size.longest() / (2 * shrink) >= maxPixel && size.shortest() >= shrink)
+        if (size.longest() * 2LL >= 3LL * shrink * maxPixel && size.shortest() >= shrink)
             return shrink;
     }
     return 1;
