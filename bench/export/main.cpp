@@ -226,11 +226,11 @@ void measureFlatness(const Options& options) {
 void measureMemory(const Options& options) {
     TripOptions trip = options.trip;
     trip.photos = 200;
-    trip.photoDuration = 0.2;
+    trip.photoDuration = 0.1;
     for (const Export::ExportCodec codec : options.codecs) {
         const Export::ExportPreset preset{Export::ExportResolution::p2160, codec};
-        // Two seconds of frames shown again and again, since all would not fit into memory.
-        const Measurement encoder = measureOwn("encoder", trip, preset, 60);
+        // A few frames shown again and again, since all would not fit into memory.
+        const Measurement encoder = measureOwn("encoder", trip, preset, 30);
         const Measurement whole = measureOwn("export", trip, preset);
         printHead("4K " + std::string(displayName(codec)) + ", 200 photos");
         printRow("encoder alone", encoder, encoder);
@@ -257,17 +257,23 @@ int main(int argc, char** argv) {
             return 0;
         }
         fs::create_directories(options.trip.folder);
+        // Qt asks for a folder of the user's own in every process.
+        const fs::path runtime = options.trip.folder / "runtime";
+        fs::create_directories(runtime);
+        fs::permissions(runtime, fs::perms::owner_all);
+        setenv("XDG_RUNTIME_DIR", runtime.c_str(), 0);
         samplePhotos(options.trip.folder);
         if (options.isFlatness)
             measureFlatness(options);
         if (options.isMemory)
             measureMemory(options);
-        if (options.isFlatness || options.isMemory)
-            return 0;
-        for (const Export::ExportResolution resolution : options.resolutions) {
+        const bool isComparison = !options.isFlatness && !options.isMemory;
+        for (std::size_t i = 0; isComparison && i < options.resolutions.size(); ++i) {
+            const Export::ExportResolution resolution = options.resolutions[i];
             for (const Export::ExportCodec codec : options.codecs)
                 compare(options, {resolution, codec});
         }
+        fs::remove(movieIn(options.trip));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
