@@ -156,12 +156,13 @@ Layer withShadow(const Layer& layer, Export::FrameSize frame) {
     }
     std::vector<double> shadow(count);
     for (int y = 0; y < height; ++y) {
-        for (int k = -reach; k <= reach; ++k) {
-            if (y + k < 0 || y + k >= height)
+        for (std::size_t k = 0; k < kernel.size(); ++k) {
+            const int source = y + static_cast<int>(k) - reach;
+            if (source < 0 || source >= height)
                 continue;
-            const double weight = kernel[static_cast<std::size_t>(k + reach)] * shadowOpacity;
+            const double weight = kernel[k] * shadowOpacity;
             for (int x = 0; x < width; ++x)
-                shadow[at(x, y)] += weight * spread[at(x, y + k)];
+                shadow[at(x, y)] += weight * spread[at(x, source)];
         }
     }
 
