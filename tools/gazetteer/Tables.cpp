@@ -108,6 +108,19 @@ std::string countryOfShape(const json& properties) {
 
 } // namespace
 
+std::filesystem::path packageFolder(const std::filesystem::path& packages,
+                                    const std::filesystem::path& manifest, const std::string& name) {
+    const json document = readJson(manifest);
+    for (const json& package : document.at("packages")) {
+        if (package.at("name") == name) {
+            std::string folder = name + "@" + package.at("version").get<std::string>();
+            std::replace(folder.begin(), folder.end(), '/', '+');
+            return packages / folder;
+        }
+    }
+    throw std::runtime_error(manifest.string() + " lists no package " + name);
+}
+
 std::vector<Place> readPlaces(const std::filesystem::path& file) {
     constexpr std::size_t columns = 19;
     std::ifstream stream(file);

