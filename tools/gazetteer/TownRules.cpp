@@ -183,6 +183,16 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
     return towns;
 }
 
+std::string withoutKind(std::string name, std::string_view country) {
+    if (country == "JP") {
+        for (const std::string_view kind : {"-shi", "-Shi", "-gun", "-Gun"}) {
+            if (name.ends_with(kind))
+                name.resize(name.size() - kind.size());
+        }
+    }
+    return name;
+}
+
 void nameInEnglish(std::vector<Place>& places, const std::filesystem::path& table) {
     std::map<std::pair<std::string, std::string>, std::size_t> largest;
     for (std::size_t i = 0; i < places.size(); ++i) {
@@ -202,7 +212,7 @@ void nameInEnglish(std::vector<Place>& places, const std::filesystem::path& tabl
         if (const auto known = names.find(i); known != names.end())
             places[i].name = known->second;
         else if (isWrittenPlainly(places[i].country))
-            places[i].name = plainName(places[i]);
+            places[i].name = withoutKind(plainName(places[i]), places[i].country);
     }
 }
 

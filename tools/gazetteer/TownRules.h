@@ -3,6 +3,8 @@
 #include "Tables.h"
 
 #include <filesystem>
+#include <string>
+#include <string_view>
 #include <vector>
 
 /// Which places are towns that people would name, how large they are, and what they are called in English.
@@ -24,6 +26,9 @@ namespace GazetteerBuilder {
 /// inside a large town that belong to the same administrative unit as the town does.
 [[nodiscard]] std::vector<Place> withoutSections(std::vector<Place> places,
                                                  const std::filesystem::path& corrections);
+
+/// A Japanese town's or area's name without the word for its kind: "Nara-shi" is Nara.
+[[nodiscard]] std::string withoutKind(std::string name, std::string_view country);
 
 /// Gives every place its English name: from the table, else its own name, in plain letters where the country
 /// writes another script or letters that English readers drop. Throws when a line of the table fits no place.

@@ -63,7 +63,7 @@ public:
             throw std::runtime_error("too many administrative areas");
         for (const auto& [code, name] : names) {
             m_numbers[code] = static_cast<std::uint16_t>(m_texts.size());
-            m_texts.push_back(texts.add(name));
+            m_texts.push_back(texts.add(withoutKind(name, code.substr(0, 2))));
         }
     }
     [[nodiscard]] std::uint16_t number(const std::string& code) const {
