@@ -13,8 +13,10 @@ namespace GazetteerBuilder {
 
 namespace {
 
-/// A town's unit swallows what lies within this part of its radius.
+/// A town swallows what lies within this part of its radius and belongs to its unit; all of the radius where
+/// the unit is its own municipality.
 constexpr double coreShare = 0.5;
+constexpr std::size_t municipalityLevel = 2;
 /// But nothing that is itself a fair part of it.
 constexpr double sectionShare = 0.4;
 /// Where the unit is a whole state, cities of this size farther out than this part of the core are
@@ -62,12 +64,6 @@ bool isInUnitOf(const Place& inner, const Place& outer) {
     return true;
 }
 
-/// Whether the inner place is a city of its own right as far as the tables tell.
-bool isNeighbourCity(const Place& inner, const Place& outer) {
-    return inner.population >= neighbourPopulation && outer.areas[1].empty() && !inner.areas[1].empty() &&
-           !isCityState(outer.country);
-}
-
 /// Places by whole degrees, to look only at those nearby.
 using Grid = std::map<std::pair<int, int>, std::vector<std::size_t>>;
 
@@ -100,8 +96,8 @@ std::string plainName(const Place& place) {
 
 bool isTown(const Place& place) {
     // Sections of towns; historical, destroyed and abandoned places.
-    static const std::set<std::string_view> others{"PPLX", "PPLH", "PPLCH", "PPLQ", "PPLW"};
-    if (others.contains(place.kind))
+    static const std::set<std::string_view> others{"PPLX", "PPLA5", "PPLH", "PPLCH", "PPLQ", "PPLW"};
+    if (others.contains(place.kind) || place.name.find("(Kreis ") != std::string::npos)
         return false;
     // A seat of government where nobody lives is a building.
     return place.kind != "PPLG" || place.population > 0;
@@ -156,7 +152,8 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
             break;
         if (isSection[i])
             continue;
-        const double core = discRadius(town.population, coreDensityPerKm2) * coreShare;
+        const double core = discRadius(town.population, coreDensityPerKm2) *
+                            (town.areas[municipalityLevel].empty() ? coreShare : 1);
         const auto [row, column] = gridCell(town);
         for (int y = row - 1; y <= row + 1; ++y) {
             for (int x = column - 1; x <= column + 1; ++x) {
@@ -168,7 +165,7 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
                     const double km = distanceKm(town, other);
                     if (j != i && other.kind != "PPLC" && other.population < sectionShare * town.population &&
                         km < core && isInUnitOf(other, town) &&
-                        !(isNeighbourCity(other, town) && km > core * neighbourShare))
+                        !(other.population >= neighbourPopulation && km > core * neighbourShare))
                         isSection[j] = true;
                 }
             }
