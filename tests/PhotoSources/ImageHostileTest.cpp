@@ -79,8 +79,9 @@ TEST_F(ImageHostileTest, AnEmptyOrUnreadableFileYieldsNothing) {
         ASSERT_EQ(::seteuid(65534), 0);
     }
     EXPECT_FALSE(decode(file, 100));
-    if (isSuperuser)
+    if (isSuperuser) {
         ASSERT_EQ(::seteuid(0), 0);
+    }
 }
 
 TEST_F(ImageHostileTest, TextAndOtherFilesYieldNothing) {
