@@ -102,7 +102,7 @@ Measurement runEncoder(const TripOptions& trip, const ExportPreset& preset,
 
     const Stopwatch stopwatch;
     Export::PendingFile file(movie);
-    Export::MovieWriter writer(file, {size, preset.codec, fps, false});
+    Export::MovieWriter writer(file, {size, preset.codec, fps}, false);
     for (std::int64_t i = 0; i < count; ++i)
         writer.addFrame(frames[static_cast<std::size_t>(i) % frames.size()]);
     writer.finish([] {});

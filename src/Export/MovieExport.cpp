@@ -140,9 +140,7 @@ ExportResult exportMovie(const Timeline::SlideshowTimeline& timeline, const Time
     throwIfStopped(stop);
 
     PendingFile file(target);
-    MovieFormat tracks = format;
-    tracks.hasSound = music.has_value();
-    MovieWriter writer(file, tracks);
+    MovieWriter writer(file, format, music.has_value());
     std::optional<Soundtrack> soundtrack;
     if (music && writer.hasSound())
         soundtrack.emplace(*music, *timeline.audio, stop);

@@ -12,7 +12,7 @@
 
 namespace Export {
 
-/// What VideoExporter does, for frames of any even size. `format.hasSound` is not read: the timeline decides.
+/// What VideoExporter does, for frames of any even size.
 ExportResult exportMovie(const Timeline::SlideshowTimeline& timeline, const Timeline::Playhead& playhead,
                          const MovieFormat& format, FrameSource& frameSource,
                          const std::filesystem::path& path,

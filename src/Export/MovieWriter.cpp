@@ -26,13 +26,13 @@ void MovieWriter::CloseOutput::operator()(AVFormatContext* output) const {
     avformat_free_context(output);
 }
 
-MovieWriter::MovieWriter(const PendingFile& file, const MovieFormat& format)
+MovieWriter::MovieWriter(const PendingFile& file, const MovieFormat& format, bool wantsSound)
     : m_file(file)
     , m_output(makeOutput())
     , m_video(format.size, format.codec, format.fps,
               [this](AVPacket& packet) { write(packet, m_video.context().time_base, videoStream); }) {
     // Without an encoder for its sound a movie is still worth having.
-    if (format.hasSound && avcodec_find_encoder(AV_CODEC_ID_AAC)) {
+    if (wantsSound && avcodec_find_encoder(AV_CODEC_ID_AAC)) {
         m_sound.emplace(
             [this](AVPacket& packet) { write(packet, m_sound->context().time_base, soundStream); });
     }

@@ -15,12 +15,11 @@
 
 namespace Export {
 
-/// What a movie is made of.
+/// What the pictures of a movie are.
 struct MovieFormat {
     FrameSize size;
     ExportCodec codec = ExportCodec::h264;
     int fps = 30;
-    bool hasSound = false;
 };
 
 /// Compresses frames and sound and interleaves them in a QuickTime file whose index stands at its front. Both
@@ -29,7 +28,7 @@ struct MovieFormat {
 class MovieWriter {
 public:
     /// Begins the file. Throws ExportError (writerSetupFailed). The file is borrowed.
-    MovieWriter(const PendingFile& file, const MovieFormat& format);
+    MovieWriter(const PendingFile& file, const MovieFormat& format, bool wantsSound);
     ~MovieWriter();
     MovieWriter(const MovieWriter&) = delete;
     MovieWriter& operator=(const MovieWriter&) = delete;

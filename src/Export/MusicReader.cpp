@@ -92,7 +92,7 @@ void MusicReader::openInput() {
     const int opened =
         avformat_open_input(&input, Libav::fileUrl(m_file.string()).c_str(), nullptr, options.get());
     if (opened < 0)
-        fail(Libav::errorText(opened));
+        fail(opened == AVERROR_INVALIDDATA ? "it is no music file" : Libav::errorText(opened));
     m_input.reset(input);
 
     const int probed = avformat_find_stream_info(input, nullptr);

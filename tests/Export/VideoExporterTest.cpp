@@ -58,8 +58,8 @@ class VideoExporterTest : public testing::Test {
 protected:
     /// Exports in small frames, so that a test takes no time.
     ExportResult run(const Timeline::SlideshowTimeline& timeline, ExportCodec codec = ExportCodec::h264) {
-        return exportMovie(timeline, Timeline::Playhead(timeline, 0.75), {smallSize, codec, 30, false},
-                           frames, movie, progress, stop.get_token());
+        return exportMovie(timeline, Timeline::Playhead(timeline, 0.75), {smallSize, codec, 30}, frames,
+                           movie, progress, stop.get_token());
     }
 
     std::optional<ExportError> failureOf(const Timeline::SlideshowTimeline& timeline) {
