@@ -2,6 +2,7 @@
 #include <Analysis/BestShotSelector.h>
 #include <Analysis/DuplicateClusterer.h>
 #include <Analysis/GeocodeCache.h>
+#include <Analysis/LikelyDuplicates.h>
 #include <Analysis/LocationInference.h>
 #include <Analysis/OrderedWork.h>
 #include <Analysis/SharpnessScorer.h>
@@ -22,9 +23,6 @@ namespace {
 using Foundation::Image;
 using Foundation::Uuid;
 using ProjectModel::PhotoItem;
-
-constexpr double duplicateThreshold = 0.5;
-constexpr double duplicateWindowSeconds = 600;
 
 /// Photos of one grid cell.
 struct Cell {
@@ -49,30 +47,6 @@ std::vector<Cell> cellsOf(const std::vector<PhotoItem>& photos) {
     }
     return cells;
 }
-
-/// Decoded photos for a second look, as many as fit. The first ones stay: duplicates lie near each other, so
-/// it matters little which.
-class ImageStore {
-public:
-    explicit ImageStore(std::size_t bytes)
-        : m_freeBytes(bytes) {}
-
-    void put(const Uuid& photo, Image image) {
-        if (image.pixels.size() > m_freeBytes)
-            return;
-        m_freeBytes -= image.pixels.size();
-        m_images.insert_or_assign(photo, std::move(image));
-    }
-    /// Any thread, as long as nobody puts.
-    [[nodiscard]] const Image* find(const Uuid& photo) const {
-        const auto found = m_images.find(photo);
-        return found == m_images.end() ? nullptr : &found->second;
-    }
-
-private:
-    std::size_t m_freeBytes;
-    std::unordered_map<Uuid, Image> m_images;
-};
 
 void report(const PipelineProgressCallback& progress, PipelineProgress::Stage stage, std::size_t completed,
             std::size_t total) {
@@ -139,6 +113,13 @@ void AnalysisPipeline::locate(ProjectModel::Project& project, const PipelineProg
     }
 }
 
+double AnalysisPipeline::score(const Image& image) {
+    const ImageQuality quality = m_qualityScorer.quality(image);
+    return BestShotSelector::score({quality.aesthetics,
+                                    BestShotSelector::sharpness(SharpnessScorer::variance(image)),
+                                    quality.hasOpenEyedFace});
+}
+
 void AnalysisPipeline::clusterAndScore(ProjectModel::Project& project,
                                        const PipelineProgressCallback& progress,
                                        const std::stop_token& stop) {
@@ -149,8 +130,18 @@ void AnalysisPipeline::clusterAndScore(ProjectModel::Project& project,
         std::optional<Image> image;
         std::optional<std::vector<float>> features;
     };
-    ImageStore store(m_resources.imageStoreBytes);
     std::vector<ClusterItem> items;
+    // A photo that resembles one just before it will most likely be scored, so it is while its pixels are at
+    // hand; holding all of them until the groups are known would take gigabytes.
+    std::unordered_map<Uuid, double> earlyScores;
+    LikelyDuplicates likely(m_resources.imageStoreBytes);
+    const auto scoreEarly = [&] {
+        const std::vector<LikelyDuplicates::Photo> batch = likely.takeFound();
+        inOrder(
+            batch.size(), m_resources.workers, [&](std::size_t k) { return score(batch[k].image); },
+            mayContinue,
+            [&](std::size_t k, double value) { earlyScores.insert_or_assign(batch[k].id, value); });
+    };
     inOrder(
         photos.size(), m_resources.workers,
         [&](std::size_t i) {
@@ -167,16 +158,21 @@ void AnalysisPipeline::clusterAndScore(ProjectModel::Project& project,
         [&](std::size_t i, Look look) {
             if (look.features)
                 items.push_back({photos[i].id, photos[i].captureDate, std::move(*look.features)});
-            if (look.image)
-                store.put(photos[i].id, std::move(*look.image));
+            if (look.image) {
+                likely.add({photos[i].id, std::move(*look.image)}, look.features ? &items.back() : nullptr,
+                           photos[i].clusterID.has_value());
+                if (likely.foundCount() >= m_resources.workers * 2)
+                    scoreEarly();
+            }
             report(progress, PipelineProgress::Stage::clustering, i + 1, photos.size());
         });
     // What is known of half the photos groups them wrongly.
     if (!mayContinue())
         return;
 
-    const auto clusters =
-        DuplicateClusterer::cluster(items, duplicateThreshold, duplicateWindowSeconds, m_newID);
+    scoreEarly();
+    const auto clusters = DuplicateClusterer::cluster(items, DuplicateClusterer::defaultThreshold,
+                                                      DuplicateClusterer::defaultTimeWindow, m_newID);
     items.clear();
 
     std::vector<const PhotoItem*> pending;
@@ -188,18 +184,12 @@ void AnalysisPipeline::clusterAndScore(ProjectModel::Project& project,
     inOrder(
         pending.size(), m_resources.workers,
         [&](std::size_t j) -> std::optional<double> {
-            std::optional<Image> again;
-            const Image* image = store.find(pending[j]->id);
-            if (!image) {
-                again = m_imageProvider.image(pending[j]->source);
-                if (!again)
-                    return std::nullopt;
-                image = &*again;
-            }
-            const ImageQuality quality = m_qualityScorer.quality(*image);
-            return BestShotSelector::score({quality.aesthetics,
-                                            BestShotSelector::sharpness(SharpnessScorer::variance(*image)),
-                                            quality.hasOpenEyedFace});
+            if (const auto known = earlyScores.find(pending[j]->id); known != earlyScores.end())
+                return known->second;
+            if (const Image* image = likely.find(pending[j]->id))
+                return score(*image);
+            const std::optional<Image> again = m_imageProvider.image(pending[j]->source);
+            return again ? std::optional(score(*again)) : std::nullopt;
         },
         mayContinue,
         [&](std::size_t j, std::optional<double> score) {

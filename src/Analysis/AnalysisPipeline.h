@@ -21,8 +21,8 @@ public:
     struct Resources {
         /// Threads that decode and look at photos; 0 means one for each core.
         std::size_t workers = 0;
-        /// For decoded photos that are kept for scoring; photos beyond it are decoded once more.
-        std::size_t imageStoreBytes = std::size_t{256} << 20;
+        /// For decoded photos that may have to be scored later; photos beyond it are decoded once more.
+        std::size_t imageStoreBytes = std::size_t{128} << 20;
     };
 
     /// Borrows all for its lifetime.
@@ -43,6 +43,7 @@ public:
 private:
     void locate(ProjectModel::Project& project, const PipelineProgressCallback& progress,
                 const std::stop_token& stop);
+    [[nodiscard]] double score(const Foundation::Image& image);
     void clusterAndScore(ProjectModel::Project& project, const PipelineProgressCallback& progress,
                          const std::stop_token& stop);
 

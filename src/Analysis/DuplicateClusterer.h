@@ -21,6 +21,11 @@ struct ClusterItem {
 /// Groups near-duplicate shots. Pure apart from the identifiers it asks for; any thread.
 namespace DuplicateClusterer {
 
+/// Feature vectors are scaled so that shots of one scene are nearer than this to each other.
+inline constexpr double defaultThreshold = 0.5;
+/// Seconds.
+inline constexpr double defaultTimeWindow = 600;
+
 /// A single greedy pass over the items in capture order (undated first, ties in the order given): each item
 /// joins the cluster whose last member is nearest to it, if that is strictly nearer than `threshold` and not
 /// more than `timeWindow` seconds away; otherwise it opens a cluster. Between two last members at the same

@@ -272,9 +272,20 @@ TEST_P(AnalysisPipelineTest, DecodesEachPhotoOnceWhenThereIsRoom) {
         EXPECT_EQ(count, 4) << name;
 }
 
+TEST_P(AnalysisPipelineTest, DecodesTheShotsOfBurstsOnceWithoutAnyRoom) {
+    storeBytes = 0;
+    for (int i = 0; i < 100; ++i)
+        add(std::to_string((i / 5) % 4 * 60 + 1), i * 30);
+    (void)analyze();
+    for (const auto& [name, count] : images.requests)
+        EXPECT_EQ(count, 25) << name;
+}
+
 TEST_P(AnalysisPipelineTest, ComesToTheSameResultWithoutRoomForImages) {
-    for (int i = 0; i < 20; ++i)
-        add(std::to_string(100 + i % 5), i);
+    // The twins of each photo come long after it.
+    for (int i = 0; i < 60; ++i)
+        add(std::to_string(i % 30 * 8), i);
+    project.usesManualOrder = true;
     const Project roomy = analyze();
     storeBytes = 0;
     const Project tight = analyze();
