@@ -16,6 +16,8 @@ pkg_check_modules(secret REQUIRED IMPORTED_TARGET libsecret-1)
 pkg_check_modules(zimg REQUIRED IMPORTED_TARGET zimg)
 pkg_check_modules(ffmpeg REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswresample)
 
+include(RoamlyVision)
+
 if(ROAMLY_BUILD_TESTS)
   find_package(GTest REQUIRED)
   include(GoogleTest)
