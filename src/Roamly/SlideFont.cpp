@@ -13,7 +13,8 @@ const QStringList& fallbackFamilies() {
         QStringLiteral("Noto Sans"),        QStringLiteral("Noto Sans Arabic"),
         QStringLiteral("Noto Sans Hebrew"), QStringLiteral("Noto Sans Devanagari"),
         QStringLiteral("Noto Sans Thai"),   QStringLiteral("Noto Sans CJK JP"),
-        QStringLiteral("Noto Color Emoji"), QStringLiteral("sans-serif"),
+        QStringLiteral("Noto Color Emoji"), QStringLiteral("DejaVu Sans"),
+        QStringLiteral("sans-serif"),
     };
     return families;
 }
