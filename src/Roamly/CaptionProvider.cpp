@@ -12,10 +12,14 @@ bool needsPrivacyConfirmation(AIProvider chosen, AIProvider inEffect) {
     return sendsPhotosToCloud(chosen) && chosen != inEffect;
 }
 
+std::string privacyAlert(AIProvider inEffect) {
+    return "Privacy alert — Photos are sent to " + std::string{displayName(inEffect)};
+}
+
 std::string privacyConfirmationMessage(AIProvider chosen) {
     return std::string{displayName(chosen)} + " captions in the cloud. Each selected photo is uploaded to "
                                               "generate its caption — it does not stay on "
-                                              "your computer. Apple and Ollama caption locally instead.";
+                                              "your Mac. Apple and Ollama caption locally instead.";
 }
 
 } // namespace Roamly

@@ -18,7 +18,12 @@ namespace Roamly {
 [[nodiscard]] bool needsPrivacyConfirmation(ProjectModel::AIProvider chosen,
                                             ProjectModel::AIProvider inEffect);
 
-inline constexpr std::string_view privacyConfirmationTitle = "Privacy: photos leave your computer";
+inline constexpr std::string_view privacyConfirmationTitle = "Privacy: photos leave your Mac";
+/// What a run with a provider that receives the photos says while it begins.
+[[nodiscard]] std::string privacyAlert(ProjectModel::AIProvider inEffect);
+/// Why captions cannot be generated for a project that has them turned off.
+inline constexpr std::string_view aiCaptionsAreOff =
+    "Turn on “Generate captions with AI” in Project Settings first";
 /// What the user has to know before confirming.
 [[nodiscard]] std::string privacyConfirmationMessage(ProjectModel::AIProvider chosen);
 

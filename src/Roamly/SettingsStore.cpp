@@ -42,10 +42,10 @@ bool assignChoice(AppSettings& settings, std::string_view text) {
     return put(settings.*Member, Parse(text));
 }
 
-/// A name that a server will be asked for: never empty.
+/// A name that a server will be asked for. An empty one is a value like any other, not the default.
 template <auto Member>
 bool assignName(AppSettings& settings, std::string_view text) {
-    if (text.empty() || !Foundation::isValidUtf8(text))
+    if (!Foundation::isValidUtf8(text))
         return false;
     settings.*Member = std::string{text};
     return true;
@@ -134,14 +134,16 @@ constexpr std::array keys{
                }},
 };
 
+constexpr std::string_view legacyOpenRouterKeyName = "openRouterKey";
+
 QString qString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 /// What the file holds under a key. A text with commas that someone typed into the file without quotes comes
 /// as a list and is put together again.
-std::optional<std::string> storedText(const QSettings& file, const SettingKey& key) {
-    const QVariant value = file.value(qString(key.name));
+std::optional<std::string> storedText(const QSettings& file, std::string_view key) {
+    const QVariant value = file.value(qString(key));
     if (!value.isValid())
         return std::nullopt;
     if (value.typeId() == QMetaType::QStringList)
@@ -210,7 +212,7 @@ AppSettings SettingsStore::load() const {
     AppSettings settings;
     const QSettings file{qString(m_path.string()), QSettings::IniFormat};
     for (const SettingKey& key : keys) {
-        if (const std::optional<std::string> text = storedText(file, key))
+        if (const std::optional<std::string> text = storedText(file, key.name))
             key.assign(settings, *text);
     }
     return settings;
@@ -220,16 +222,24 @@ bool SettingsStore::set(const SettingKey& key, std::string_view text) {
     AppSettings parsed;
     if (!key.assign(parsed, text))
         return false;
-    change(key, key.text(parsed));
+    change(key.name, key.text(parsed));
     return true;
 }
 
 void SettingsStore::unset(const SettingKey& key) {
     if (std::filesystem::exists(m_path))
-        change(key, std::nullopt);
+        change(key.name, std::nullopt);
 }
 
-void SettingsStore::change(const SettingKey& key, const std::optional<std::string>& text) {
+std::optional<std::string> SettingsStore::legacyOpenRouterKey() const {
+    return storedText(QSettings{qString(m_path.string()), QSettings::IniFormat}, legacyOpenRouterKeyName);
+}
+
+void SettingsStore::removeLegacyOpenRouterKey() {
+    change(legacyOpenRouterKeyName, std::nullopt);
+}
+
+void SettingsStore::change(std::string_view key, const std::optional<std::string>& text) {
     std::error_code error;
     const std::filesystem::path folder = m_path.parent_path();
     if (!std::filesystem::exists(folder, error)) {
@@ -241,9 +251,9 @@ void SettingsStore::change(const SettingKey& key, const std::optional<std::strin
     makePrivateFile(m_path);
     QSettings file{qString(m_path.string()), QSettings::IniFormat};
     if (text)
-        file.setValue(qString(key.name), qString(*text));
+        file.setValue(qString(key), qString(*text));
     else
-        file.remove(qString(key.name));
+        file.remove(qString(key));
     file.sync();
     if (file.status() == QSettings::FormatError)
         failToWrite(m_path, "it is not in the form of a settings file");

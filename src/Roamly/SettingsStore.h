@@ -58,8 +58,13 @@ public:
     /// Back to the default. Throws SettingsStoreError.
     void unset(const SettingKey& key);
 
+    /// The OpenRouter key that an older version left here; none in files of this version.
+    [[nodiscard]] std::optional<std::string> legacyOpenRouterKey() const;
+    /// Throws SettingsStoreError.
+    void removeLegacyOpenRouterKey();
+
 private:
-    void change(const SettingKey& key, const std::optional<std::string>& text);
+    void change(std::string_view key, const std::optional<std::string>& text);
 
     std::filesystem::path m_path;
 };
