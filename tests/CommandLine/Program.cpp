@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -116,7 +117,12 @@ Ran Program::run(const std::vector<std::string>& words, const Situation& situati
         // It must manage without a display and without being told how.
         for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"})
             ::unsetenv(variable);
-        const int input = situation.typed.empty() ? ::open("/dev/null", O_RDONLY) : err.writer;
+        for (const auto& [name, value] : m_environment)
+            ::setenv(name.c_str(), value.c_str(), 1);
+        const int file = ::memfd_create("input", MFD_CLOEXEC);
+        if (::write(file, m_input.data(), m_input.size()) < 0 || ::lseek(file, 0, SEEK_SET) != 0)
+            ::_exit(125);
+        const int input = situation.typed.empty() ? file : err.writer;
         if (::chdir(m_folder.path().c_str()) != 0 || ::dup2(input, STDIN_FILENO) < 0 ||
             ::dup2(out.writer, STDOUT_FILENO) < 0 || ::dup2(err.writer, STDERR_FILENO) < 0)
             ::_exit(126);

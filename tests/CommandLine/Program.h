@@ -6,6 +6,7 @@
 #include <sys/types.h>
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,6 +37,11 @@ public:
     [[nodiscard]] std::filesystem::path operator/(std::string_view name) const { return m_folder / name; }
     [[nodiscard]] std::filesystem::path settingsFile() const;
 
+    /// Set for every run from now on.
+    void setEnvironment(const std::string& name, const std::string& value) { m_environment[name] = value; }
+    /// What every run from now on reads from its standard input.
+    void setInput(const std::string& input) { m_input = input; }
+
     /// Runs it to its end with the words after its name.
     Ran run(const std::vector<std::string>& words, ErrorTo errorTo = ErrorTo::Pipe);
 
@@ -57,4 +63,6 @@ private:
 
     Foundation::Testing::TemporaryFolder m_folder;
     Foundation::Testing::TemporaryFolder m_home;
+    std::map<std::string, std::string> m_environment;
+    std::string m_input;
 };

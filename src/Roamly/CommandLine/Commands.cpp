@@ -6,26 +6,12 @@ namespace CommandLine {
 
 std::span<const Command> commands() {
     static const std::vector<Command> all{
-        makeCommand(),
-        newCommand(),
-        importCommand(),
-        sourcesCommand(),
-        removeSourceCommand(),
-        selectCommand(),
-        deselectCommand(),
-        placeCommand(),
-        titleCommand(),
-        moveCommand(),
-        removeCommand(),
-        musicCommand(),
-        setCommand(),
-        settingsCommand(),
-        exportCommand(),
-        inspectProjectCommand(),
-        inspectTimelineCommand(),
-        inspectStateCommand(),
-        inspectFrameCommand(),
-        inspectMetadataCommand(),
+        makeCommand(),         newCommand(),          importCommand(),          sourcesCommand(),
+        removeSourceCommand(), selectCommand(),       deselectCommand(),        placeCommand(),
+        titleCommand(),        moveCommand(),         removeCommand(),          musicCommand(),
+        captionCommand(),      setCommand(),          settingsCommand(),        settingsKeyCommand(),
+        settingsTestCommand(), exportCommand(),       inspectProjectCommand(),  inspectTimelineCommand(),
+        inspectStateCommand(), inspectFrameCommand(), inspectMetadataCommand(),
     };
     return all;
 }

@@ -24,6 +24,9 @@ namespace CommandLine {
 [[nodiscard]] Command musicCommand();
 [[nodiscard]] Command setCommand();
 [[nodiscard]] Command settingsCommand();
+[[nodiscard]] Command settingsKeyCommand();
+[[nodiscard]] Command settingsTestCommand();
+[[nodiscard]] Command captionCommand();
 [[nodiscard]] Command exportCommand();
 [[nodiscard]] Command inspectProjectCommand();
 [[nodiscard]] Command inspectTimelineCommand();

@@ -166,4 +166,34 @@ void writeMembers(JsonWriter& json, const Roamly::ImportOutcome& outcome) {
     json.endArray();
 }
 
+void write(JsonWriter& json, const Captioning::CaptionProgress& progress) {
+    json.beginObject();
+    json.member("completed", progress.completed).member("total", progress.total);
+    json.endObject();
+}
+
+void write(JsonWriter& json, const Captioning::CaptionError& error) {
+    json.beginObject();
+    if (const auto* unavailable = std::get_if<Captioning::BackendUnavailable>(&error.which()))
+        json.member("backendUnavailable", unavailable->message);
+    else if (const auto* refusal = std::get_if<Captioning::HttpFailure>(&error.which()))
+        json.member("http", refusal->status);
+    else if (const auto* failure = std::get_if<Captioning::TransportFailure>(&error.which()))
+        json.member("transport", failure->detail);
+    else
+        json.key("emptyResponse").beginObject().endObject();
+    json.endObject();
+}
+
+void writeMembers(JsonWriter& json, const Captioning::CaptionRun& run) {
+    json.key("captions").beginObject();
+    for (const auto& [id, caption] : run.captions)
+        json.member(id.text(), caption);
+    json.endObject();
+    if (run.firstFailure)
+        write(json.key("firstFailure"), *run.firstFailure);
+    json.member("attempted", run.attempted);
+    json.member("cancelled", run.cancelled);
+}
+
 } // namespace CommandLine::JsonForms

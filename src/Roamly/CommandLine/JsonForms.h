@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Captioning/CaptionPipeline.h>
 #include <Export/VideoExporter.h>
 #include <Foundation/JsonWriter.h>
 #include <Foundation/Uuid.h>
@@ -21,10 +22,13 @@ void write(Foundation::JsonWriter& json, const Timeline::SlideshowTimeline& time
 void write(Foundation::JsonWriter& json, const Timeline::RenderState& state);
 void write(Foundation::JsonWriter& json, const PhotoSources::ImportProgress& progress);
 void write(Foundation::JsonWriter& json, const Export::ExportProgress& progress);
+void write(Foundation::JsonWriter& json, const Captioning::CaptionProgress& progress);
+void write(Foundation::JsonWriter& json, const Captioning::CaptionError& error);
 void write(Foundation::JsonWriter& json, const std::set<Foundation::Uuid>& ids);
 
 /// Members of an object that is open already.
 void writeMembers(Foundation::JsonWriter& json, const PhotoSources::ImageFileMetadata& metadata);
 void writeMembers(Foundation::JsonWriter& json, const Roamly::ImportOutcome& outcome);
+void writeMembers(Foundation::JsonWriter& json, const Captioning::CaptionRun& run);
 
 } // namespace CommandLine::JsonForms

@@ -1,13 +1,69 @@
 #include <Foundation/Cancellation.h>
+#include <Foundation/Text.h>
+#include <Roamly/CaptionProvider.h>
+#include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Prompt.h>
 
 #include <poll.h>
+#include <termios.h>
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
 #include <string>
 
 namespace CommandLine {
+
+namespace {
+
+/// Waits in short turns for something to read, so that Ctrl-C is heard.
+void waitForInput(const std::stop_token& stop) {
+    constexpr int turnMilliseconds = 50;
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    while (::poll(&input, 1, turnMilliseconds) <= 0)
+        Foundation::throwIfStopped(stop);
+}
+
+/// The terminal does not show what is typed for as long as this lives.
+class EchoOff {
+public:
+    EchoOff() {
+        if (::tcgetattr(STDIN_FILENO, &m_before) != 0)
+            return;
+        termios silent = m_before;
+        silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        m_isOff = ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent) == 0;
+    }
+    ~EchoOff() {
+        if (m_isOff) {
+            ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before);
+            std::fputc('\n', stderr);
+        }
+    }
+    EchoOff(const EchoOff&) = delete;
+    EchoOff& operator=(const EchoOff&) = delete;
+
+private:
+    termios m_before{};
+    bool m_isOff = false;
+};
+
+/// Up to the end of the input, or of the line where a person types it.
+std::string readInput(bool oneLine, const std::stop_token& stop) {
+    constexpr std::size_t most = 65536;
+    std::string text;
+    std::array<char, 4096> buffer{};
+    while (text.size() < most && !(oneLine && text.ends_with('\n'))) {
+        waitForInput(stop);
+        const ssize_t length = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+        if (length <= 0)
+            break;
+        text.append(buffer.data(), static_cast<std::size_t>(length));
+    }
+    return text;
+}
+
+} // namespace
 
 bool canAsk() {
     return ::isatty(STDIN_FILENO) == 1 && ::isatty(STDERR_FILENO) == 1;
@@ -15,14 +71,29 @@ bool canAsk() {
 
 bool askYesNo(std::string_view question, const std::stop_token& stop) {
     std::fputs((std::string{question} + " [y/N] ").c_str(), stderr);
-    // Waits in short turns, so that Ctrl-C is heard.
-    constexpr int turnMilliseconds = 50;
-    pollfd input{STDIN_FILENO, POLLIN, 0};
-    while (::poll(&input, 1, turnMilliseconds) <= 0)
-        Foundation::throwIfStopped(stop);
-    char answer[64];
-    const ssize_t length = ::read(STDIN_FILENO, answer, sizeof answer);
-    return length > 0 && (answer[0] == 'y' || answer[0] == 'Y');
+    const std::string answer = readInput(true, stop);
+    return answer.starts_with('y') || answer.starts_with('Y');
+}
+
+std::string askSecret(std::string_view question, const std::stop_token& stop) {
+    if (::isatty(STDIN_FILENO) != 1)
+        return std::string{Foundation::trimmed(readInput(false, stop))};
+    std::fputs((std::string{question} + " ").c_str(), stderr);
+    const EchoOff echoOff;
+    return std::string{Foundation::trimmed(readInput(true, stop))};
+}
+
+void confirmPrivacy(ProjectModel::AIProvider chosen, bool saidYes, Console& console,
+                    const std::stop_token& stop) {
+    if (saidYes)
+        return;
+    const std::string provider{displayName(chosen)};
+    console.warn(std::string{Roamly::privacyConfirmationTitle} + "\n" +
+                 Roamly::privacyConfirmationMessage(chosen));
+    if (!canAsk())
+        throw Failure("Choosing " + provider + " must be confirmed with --yes.");
+    if (!askYesNo("Use " + provider + "?", stop))
+        throw Failure("Nothing was changed and nothing was sent.");
 }
 
 } // namespace CommandLine

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <ProjectModel/AIProvider.h>
+#include <Roamly/CommandLine/Console.h>
+
 #include <stop_token>
+#include <string>
 #include <string_view>
 
 namespace CommandLine {
@@ -10,5 +14,15 @@ namespace CommandLine {
 
 /// Asks on the terminal; only an answer that begins with "y" is a yes. Throws Foundation::Cancelled.
 [[nodiscard]] bool askYesNo(std::string_view question, const std::stop_token& stop);
+
+/// Asks for something that must not be seen: on a terminal without echo, otherwise the whole of standard
+/// input. Without white space at its ends. Throws Foundation::Cancelled.
+[[nodiscard]] std::string askSecret(std::string_view question, const std::stop_token& stop);
+
+/// What a choice of a provider that receives the photos needs: says what happens to them and asks, on a
+/// terminal; elsewhere the user must have said --yes. Throws Failure when they did not,
+/// Foundation::Cancelled.
+void confirmPrivacy(ProjectModel::AIProvider chosen, bool saidYes, Console& console,
+                    const std::stop_token& stop);
 
 } // namespace CommandLine

@@ -29,23 +29,6 @@ const ProjectSettingKey& findKey(const std::string& name) {
     throw UsageError("A project has no setting “" + name + "”." + suggestion(name, keyNames()));
 }
 
-/// Going over to a provider that receives the photos needs the user's consent.
-void confirmPrivacy(const ProjectSettings& before, const ProjectSettings& after,
-                    const Invocation& invocation) {
-    if (!after.aiProvider)
-        return;
-    const ProjectModel::AIProvider inEffect = effectiveProvider(before, Roamly::SettingsStore{}.load());
-    if (!Roamly::needsPrivacyConfirmation(*after.aiProvider, inEffect) || invocation.arguments.has("--yes"))
-        return;
-    const std::string provider{displayName(*after.aiProvider)};
-    invocation.console.warn(std::string{Roamly::privacyConfirmationTitle} + "\n" +
-                            Roamly::privacyConfirmationMessage(*after.aiProvider));
-    if (!canAsk())
-        throw Failure("Choosing " + provider + " must be confirmed with --yes.");
-    if (!askYesNo("Use " + provider + "?", invocation.stop))
-        throw Failure("The project was left as it is.");
-}
-
 int run(const Invocation& invocation) {
     const Arguments& arguments = invocation.arguments;
     const ProjectSettingKey& key = findKey(arguments.positionals()[1]);
@@ -68,7 +51,12 @@ int run(const Invocation& invocation) {
             key.clear(after);
         } else {
             key.assign(after, text);
-            confirmPrivacy(before, after, invocation);
+            // Going over to a provider that receives the photos needs the user's consent.
+            if (after.aiProvider &&
+                Roamly::needsPrivacyConfirmation(*after.aiProvider,
+                                                 effectiveProvider(before, Roamly::SettingsStore{}.load())))
+                confirmPrivacy(*after.aiProvider, arguments.has("--yes"), invocation.console,
+                               invocation.stop);
         }
         document.edit([&](ProjectModel::Project& project) { project.settings = after; });
     });

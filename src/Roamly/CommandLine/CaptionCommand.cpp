@@ -1,0 +1,121 @@
+#include <Roamly/CaptionController.h>
+#include <Roamly/CaptionProvider.h>
+#include <Roamly/CommandLine/Commands.h>
+#include <Roamly/CommandLine/Counted.h>
+#include <Roamly/CommandLine/Failures.h>
+#include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/CommandLine/Prompt.h>
+#include <Roamly/CommandLine/Values.h>
+#include <Roamly/KeychainStore.h>
+#include <Roamly/SettingsStore.h>
+
+namespace CommandLine {
+
+namespace {
+
+using ProjectModel::AIProvider;
+using Roamly::CaptionController;
+
+AIProvider provider(const Invocation& invocation, const ProjectModel::Project& project,
+                    const Roamly::AppSettings& settings) {
+    const AIProvider inEffect = effectiveProvider(project.settings, settings);
+    const std::optional<std::string> typed = invocation.arguments.value("--provider");
+    if (!typed)
+        return inEffect;
+    const std::optional<AIProvider> chosen = ProjectModel::aiProviderFromRawValue(*typed);
+    if (!chosen)
+        throw UsageError("“" + *typed + "” is no provider; it is apple, ollama or openRouter.");
+    if (Roamly::needsPrivacyConfirmation(*chosen, inEffect))
+        confirmPrivacy(*chosen, invocation.arguments.has("--yes"), invocation.console, invocation.stop);
+    return *chosen;
+}
+
+/// Captions and waits; what arrived is in the document then, also after an interruption.
+void caption(const Invocation& invocation, const std::optional<Foundation::Uuid>& photo, AIProvider provider,
+             CaptionController& controller, Roamly::ProjectDocument& document) {
+    if (photo)
+        controller.regenerate(*photo, document, provider);
+    else
+        controller.run(document, provider);
+    const std::stop_callback cancel{invocation.stop, [&] { controller.cancel(); }};
+    controller.wait();
+}
+
+int run(const Invocation& invocation) {
+    std::optional<Foundation::Uuid> photo;
+    if (const std::optional<std::string> typed = invocation.arguments.value("--photo"))
+        photo = Values::uuid(*typed);
+
+    ProjectSession session{invocation.arguments.positionals()[0], invocation};
+    const Roamly::AppSettings settings = Roamly::SettingsStore{}.load();
+    if (!session.project().settings.aiCaptionsEnabled.value_or(settings.aiCaptionsEnabled))
+        throw Failure(std::string{Roamly::aiCaptionsAreOff});
+    const AIProvider chosen = provider(invocation, session.project(), settings);
+    if (sendsPhotosToCloud(chosen)) {
+        invocation.console.say(Roamly::privacyAlert(chosen));
+        if (!Roamly::KeychainStore::isAvailable())
+            invocation.console.warn(
+                "There is no Secret Service on this session, so that no API key can be read.");
+    }
+
+    CaptionController* running = nullptr;
+    const auto show = [&] {
+        const CaptionController::State& state = running->state();
+        if (!state.isRunning || !state.progress)
+            return;
+        const double fraction =
+            static_cast<double>(state.progress->completed) / std::max(1, state.progress->total);
+        invocation.console.progress(*state.progressText, fraction, [&](Foundation::JsonWriter& json) {
+            JsonForms::write(json, *state.progress);
+        });
+    };
+    // Its reports come on the working thread while this one only waits.
+    CaptionController controller{Roamly::systemCaptionEnvironment(), show};
+    running = &controller;
+    caption(invocation, photo, chosen, controller, session.document());
+    session.save();
+
+    const CaptionController::State& state = controller.state();
+    const Captioning::CaptionRun result = state.run.value_or(Captioning::CaptionRun{});
+    invocation.console.report([&](Foundation::JsonWriter& json) {
+        json.beginObject();
+        JsonForms::writeMembers(json, result);
+        if (state.errorText)
+            json.member("errorText", *state.errorText);
+        json.endObject();
+    });
+    const std::string outcome = "Captioned " + counted(result.captions.size(), "photo") + ".";
+    if (result.cancelled)
+        throw Interrupted("Interrupted. " + outcome);
+    invocation.console.say(outcome);
+    if (state.errorText)
+        throw Failure(*state.errorText);
+    return ExitStatus::done;
+}
+
+} // namespace
+
+Command captionCommand() {
+    return {
+        .name = "caption",
+        .summary = "let a language model write captions",
+        .usages = {"PROJECT [--provider PROVIDER] [--photo ID] [--yes]"},
+        .positionals = {{"PROJECT", "the project file"}},
+        .options = {{"--provider", "PROVIDER",
+                     "apple, ollama or openRouter, for this run alone; otherwise the project’s"},
+                    {"--photo", "ID", "caption this photo only, even over a caption that you typed"},
+                    {"--yes", {}, "confirm that photos leave this computer, for openRouter"}},
+        .details =
+            "Captions the selected photos, one after the other. Captions that you typed are kept. Ollama "
+            "runs on this\n"
+            "computer (see “roamly settings ollamaModel”); OpenRouter is a cloud service that receives each "
+            "photo and needs\n"
+            "a key (see “roamly settings key”). Interrupted with Ctrl-C, the captions that arrived are kept.",
+        .examples = {"roamly caption Lisbon.roamly --provider ollama",
+                     "roamly set Lisbon.roamly captionPrompt \"Witty and playful, like postcard captions.\""},
+        .run = run,
+    };
+}
+
+} // namespace CommandLine
