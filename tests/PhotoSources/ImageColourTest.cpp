@@ -143,6 +143,21 @@ TEST_F(ImageColourTest, YcckFromAdobeComesOutInSrgb) {
     EXPECT_EQ(Painting::difference(decode(patched, 200), colours, 18), "");
 }
 
+TEST_F(ImageColourTest, AvifIsReadInItsCodePoints) {
+    // The numbers of Display P3, and no profile: the file's code points are patched to say so.
+    const Canvas picture = Painting::quarters(80, 60).inProfile("p3").withoutProfile();
+    const auto file = picture.save(at("a.avif[Q=95]"));
+    std::ifstream in(file, std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(in), {}};
+    const std::size_t code = bytes.find("nclx");
+    ASSERT_NE(code, std::string::npos);
+    bytes[code + 5] = 12;
+    bytes[code + 7] = 13;
+    EXPECT_EQ(
+        Painting::difference(decode(m_folder.write("p3.avif", SampleFiles::bytesOf(bytes)), 200), {}, 8), "");
+    EXPECT_NE(Painting::difference(decode(file, 200), {}, 8), "");
+}
+
 TEST_F(ImageColourTest, AGreyProfileIsHonoured) {
     cmsToneCurve* curve = cmsBuildGamma(nullptr, 1.0);
     const ProfileBytes linear = bytesOf(cmsCreateGrayProfile(cmsD50_xyY(), curve));
