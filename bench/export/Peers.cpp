@@ -28,7 +28,7 @@ std::string encoderName(Export::ExportCodec codec) {
 
 std::vector<std::string> ffmpegCommand(const TripOptions& trip, const Export::ExportPreset& preset,
                                        const std::filesystem::path& movie) {
-    const auto files = samplePhotos(trip.folder);
+    const auto files = samplePhotos(trip);
     const auto [width, height] = preset.dimensions();
     const auto [photoFrames, dissolveFrames] = scheduleOf(trip);
     std::vector<std::string> command{"ffmpeg", "-y", "-nostdin", "-loglevel", "error"};
@@ -58,7 +58,7 @@ std::vector<std::string> ffmpegCommand(const TripOptions& trip, const Export::Ex
 
 std::vector<std::string> meltCommand(const TripOptions& trip, const Export::ExportPreset& preset,
                                      const std::filesystem::path& movie) {
-    const auto files = samplePhotos(trip.folder);
+    const auto files = samplePhotos(trip);
     const auto [width, height] = preset.dimensions();
     const auto [photoFrames, dissolveFrames] = scheduleOf(trip);
     std::ostringstream rectangles;

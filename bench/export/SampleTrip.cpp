@@ -96,10 +96,16 @@ void paint(const fs::path& file, std::uint32_t seed) {
 
 } // namespace
 
-std::vector<fs::path> samplePhotos(const fs::path& folder) {
+std::vector<fs::path> samplePhotos(const TripOptions& options) {
     std::vector<fs::path> files;
+    if (!options.sources.empty()) {
+        for (const auto& entry : fs::directory_iterator(options.sources))
+            files.push_back(fs::absolute(entry.path()));
+        std::sort(files.begin(), files.end());
+        return files;
+    }
     for (std::uint32_t i = 0; i < fileCount; ++i) {
-        files.push_back(folder / ("photo" + std::to_string(i) + ".jpg"));
+        files.push_back(options.folder / ("photo" + std::to_string(i) + ".jpg"));
         if (!fs::exists(files.back()))
             paint(files.back(), i + 1);
     }
@@ -109,7 +115,7 @@ std::vector<fs::path> samplePhotos(const fs::path& folder) {
 ProjectModel::Project sampleTrip(const TripOptions& options) {
     using namespace ProjectModel;
     constexpr std::array cities{"Lisbon", "Porto", "Sintra"};
-    const std::vector<fs::path> files = samplePhotos(options.folder);
+    const std::vector<fs::path> files = samplePhotos(options);
     Project project = Project::empty();
     for (int i = 0; i < options.photos; ++i) {
         const auto index = static_cast<std::size_t>(i);

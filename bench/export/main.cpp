@@ -34,11 +34,12 @@ Prints what an export costs beside the encoder alone, FFmpeg's filter graph and 
   --no-peers            leaves the other programs out
   --flatness            cost per frame of trips of 20 to 2,000 photos, 0.2 s each
   --memory              peak memory of a 4K export of 200 photos beside the encoder alone
+  --sources DIR         a folder of photos to show instead of painted ones
   --folder DIR          where photos and movies go (/tmp/roamly-bench)
 )";
 
 struct Options {
-    TripOptions trip{"/tmp/roamly-bench"};
+    TripOptions trip{"/tmp/roamly-bench", {}};
     std::vector<Export::ExportResolution> resolutions{Export::ExportResolution::p1080};
     std::vector<Export::ExportCodec> codecs{Export::allExportCodecs.begin(), Export::allExportCodecs.end()};
     int repeat = 1;
@@ -87,6 +88,8 @@ Options parse(const std::vector<std::string>& arguments) {
             options.isFlatness = true;
         else if (name == "--memory")
             options.isMemory = true;
+        else if (name == "--sources")
+            options.trip.sources = value();
         else if (name == "--folder")
             options.trip.folder = value();
         else if (name == "--run")
@@ -131,12 +134,12 @@ Measurement fasterOf(const Measurement& one, const Measurement& other) {
 
 Measurement measureOwn(const std::string& run, const TripOptions& trip, const Export::ExportPreset& preset,
                        long cycled = 0) {
-    const Usage usage =
-        runChild({"/proc/self/exe", "--run", run, "--folder", trip.folder.string(), "--photos",
-                  std::to_string(trip.photos), "--photo-duration", std::to_string(trip.photoDuration),
-                  "--resolution", std::string(rawValue(preset.resolution)), "--codec",
-                  std::string(rawValue(preset.codec)), "--cycled", std::to_string(cycled)},
-                 true);
+    const Usage usage = runChild({"/proc/self/exe", "--run", run, "--folder", trip.folder.string(),
+                                  "--sources", trip.sources.string(), "--photos", std::to_string(trip.photos),
+                                  "--photo-duration", std::to_string(trip.photoDuration), "--resolution",
+                                  std::string(rawValue(preset.resolution)), "--codec",
+                                  std::string(rawValue(preset.codec)), "--cycled", std::to_string(cycled)},
+                                 true);
     if (!usage.hasSucceeded)
         throw std::runtime_error(run + " failed");
     Measurement measured;
@@ -262,7 +265,7 @@ int main(int argc, char** argv) {
         fs::create_directories(runtime);
         fs::permissions(runtime, fs::perms::owner_all);
         setenv("XDG_RUNTIME_DIR", runtime.c_str(), 0);
-        samplePhotos(options.trip.folder);
+        samplePhotos(options.trip);
         if (options.isFlatness)
             measureFlatness(options);
         if (options.isMemory)

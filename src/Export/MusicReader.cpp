@@ -2,9 +2,11 @@
 #include <Export/MusicReader.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <new>
 #include <string>
+#include <string_view>
 #include <utility>
 
 extern "C" {
@@ -68,7 +70,8 @@ MusicReader::MusicReader(std::filesystem::path file, std::stop_token stop)
     : m_file(std::move(file))
     , m_stop(std::make_unique<std::stop_token>(std::move(stop)))
     , m_packet(Libav::makePacket())
-    , m_frame(Libav::makeFrame()) {
+    , m_frame(Libav::makeFrame())
+    , m_held(Libav::makeFrame()) {
     openInput();
     openDecoder();
 }
@@ -92,7 +95,8 @@ void MusicReader::openInput() {
     const int opened =
         avformat_open_input(&input, Libav::fileUrl(m_file.string()).c_str(), nullptr, options.get());
     if (opened < 0)
-        fail(opened == AVERROR_INVALIDDATA ? "it is no music file" : Libav::errorText(opened));
+        fail(opened == AVERROR_INVALIDDATA || opened == AVERROR(EINVAL) ? "it is no music file"
+                                                                        : Libav::errorText(opened));
     m_input.reset(input);
 
     const int probed = avformat_find_stream_info(input, nullptr);
@@ -138,12 +142,16 @@ bool MusicReader::read(std::vector<StereoSample>& samples) {
     while (true) {
         const int received = avcodec_receive_frame(m_decoder.get(), m_frame.get());
         if (received >= 0) {
+            std::swap(m_frame, m_held);
             resample(*m_frame, samples);
             av_frame_unref(m_frame.get());
             return true;
         }
         // Any other error belongs to a damaged packet, and the next one may be sound.
         if (received == AVERROR_EOF || m_isDraining) {
+            cutEnd();
+            resample(*m_held, samples);
+            av_frame_unref(m_held.get());
             flushResampler(samples);
             return false;
         }
@@ -161,15 +169,30 @@ void MusicReader::feedDecoder() {
         }
         // An empty packet would tell the decoder that the file has ended.
         const bool isWanted = m_packet->stream_index == m_stream && m_packet->size > 0;
-        if (isWanted)
+        if (isWanted) {
+            m_packetDuration = m_packet->duration;
             avcodec_send_packet(m_decoder.get(), m_packet.get());
+        }
         av_packet_unref(m_packet.get());
         if (isWanted)
             return;
     }
 }
 
+void MusicReader::cutEnd() {
+    // Other containers than this one round durations, or tell the decoder itself what to cut.
+    const bool isExact = std::string_view(m_input->iformat->name).starts_with("mov,");
+    if (!isExact || m_decoder->codec_id != AV_CODEC_ID_AAC || m_held->sample_rate <= 0)
+        return;
+    const std::int64_t length =
+        av_rescale_q(m_packetDuration, m_input->streams[m_stream]->time_base, {1, m_held->sample_rate});
+    if (length > 0 && length < m_held->nb_samples)
+        m_held->nb_samples = static_cast<int>(length);
+}
+
 void MusicReader::resample(const AVFrame& frame, std::vector<StereoSample>& samples) {
+    if (frame.nb_samples <= 0)
+        return;
     const bool isSameKind = m_resampler && frame.format == m_format && frame.sample_rate == m_rate &&
                             av_channel_layout_compare(&frame.ch_layout, m_layout.get()) == 0;
     if (!isSameKind) {

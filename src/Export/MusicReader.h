@@ -3,6 +3,7 @@
 #include <Export/Libav.h>
 #include <Export/StereoBuffer.h>
 
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 #include <stop_token>
@@ -31,6 +32,8 @@ private:
     void openDecoder();
     [[noreturn]] void fail(const std::string& reason) const;
     void feedDecoder();
+    /// Cuts the silence that an encoder added to fill its last packet.
+    void cutEnd();
     void resample(const AVFrame& frame, std::vector<StereoSample>& samples);
     void flushResampler(std::vector<StereoSample>& samples);
     /// Runs the resampler over `count` samples a channel; none (null) asks for what it holds back.
@@ -43,7 +46,11 @@ private:
     int m_stream = -1;
     Libav::CodecContext m_decoder;
     Libav::Packet m_packet;
+    /// How long the last packet is to be heard, in the stream's time base.
+    std::int64_t m_packetDuration = 0;
     Libav::Frame m_frame;
+    /// The last decoded frame, not resampled yet: the last of all may have to be cut.
+    Libav::Frame m_held;
     /// For sound of the kind that `m_layout`, `m_format` and `m_rate` tell; made when the first sound comes.
     Libav::Resampler m_resampler;
     Libav::ChannelLayout m_layout;
