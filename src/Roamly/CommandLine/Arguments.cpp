@@ -44,6 +44,10 @@ bool isKnownOption(std::string_view word, std::span<const Option> options) {
     throw UsageError("There is no option " + std::string{word} + "." + suggestion(word, names));
 }
 
+[[noreturn]] void failWithoutValue(const std::string& name, const Option& option) {
+    throw UsageError(name + " needs a value: " + name + " " + std::string{option.value} + ".");
+}
+
 void checkCount(const std::vector<std::string>& given, std::span<const Positional> wanted) {
     for (std::size_t position = 0; position < wanted.size(); ++position) {
         if (position >= given.size() && !wanted[position].isOptional)
@@ -94,7 +98,7 @@ Arguments Arguments::parse(std::span<const std::string> words, std::span<const O
             store(*option, word.substr(isLong ? equals + 1 : 2));
         } else {
             if (index + 1 == words.size() || isKnownOption(words[index + 1], options))
-                throw UsageError(name + " needs a value: " + name + " " + std::string{option->value} + ".");
+                failWithoutValue(name, *option);
             store(*option, words[++index]);
         }
     }

@@ -30,10 +30,14 @@ Roamly::ImportOutcome fillProject(Roamly::ProjectDocument& document,
     return outcome;
 }
 
+struct Prepared {
+    Project project;
+    Roamly::ImportOutcome outcome;
+};
+
 /// Works on the project of the file where there is one, and keeps the result there.
-std::pair<Project, Roamly::ImportOutcome> prepare(const std::optional<std::string>& projectFile,
-                                                  const std::optional<MusicSelection>& music,
-                                                  const Invocation& invocation) {
+Prepared prepare(const std::optional<std::string>& projectFile, const std::optional<MusicSelection>& music,
+                 const Invocation& invocation) {
     std::error_code ignored;
     if (projectFile && std::filesystem::exists(*projectFile, ignored)) {
         ProjectSession session{*projectFile, invocation};
@@ -65,12 +69,13 @@ int run(const Invocation& invocation) {
         music = musicSelection(*file);
 
     const Drawing drawing;
-    const auto [project, outcome] = prepare(projectFile, music, invocation);
-    OutputFile::checkIsNoInput(output, projectFile.value_or(std::string{}), project);
-    const std::set<Foundation::Uuid> failed = exportMovie(project, settings, preset, output, invocation);
+    const Prepared prepared = prepare(projectFile, music, invocation);
+    OutputFile::checkIsNoInput(output, projectFile.value_or(std::string{}), prepared.project);
+    const std::set<Foundation::Uuid> failed =
+        exportMovie(prepared.project, settings, preset, output, invocation);
     invocation.console.report([&](Foundation::JsonWriter& json) {
         json.beginObject();
-        JsonForms::writeMembers(json, outcome);
+        JsonForms::writeMembers(json, prepared.outcome);
         JsonForms::write(json.key("failedPhotoIDs"), failed);
         json.endObject();
     });
