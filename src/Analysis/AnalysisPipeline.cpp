@@ -202,6 +202,7 @@ void AnalysisPipeline::clusterAndScore(ProjectModel::Project& project,
 
     const ClusterSelection selection = BestShotSelector::selection(clusters, scores);
     std::vector<Uuid> ids;
+    ids.reserve(photos.size());
     for (const PhotoItem& photo : photos)
         ids.push_back(photo.id);
     for (const Uuid& id : ids) {

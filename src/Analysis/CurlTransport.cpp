@@ -75,7 +75,9 @@ HttpResponse perform(const HttpRequest& request, const std::stop_token& stop) {
     HttpResponse response;
     List headers;
     for (const auto& [name, value] : request.headers) {
-        if (curl_slist* longer = curl_slist_append(headers.get(), (name + ": " + value).c_str())) {
+        std::string line = name;
+        line.append(": ").append(value);
+        if (curl_slist* longer = curl_slist_append(headers.get(), line.c_str())) {
             (void)headers.release();
             headers.reset(longer);
         }

@@ -22,7 +22,7 @@ std::filesystem::path dataFile(std::string_view name) {
     }
 
     for (const auto& share : shares) {
-        const auto candidate = share / "roamly" / name;
+        auto candidate = share / "roamly" / name;
         if (std::filesystem::exists(candidate, error))
             return candidate;
     }

@@ -124,7 +124,7 @@ std::optional<PolygonLayer::NearEdge> PolygonLayer::nearestEdge(double latitude,
         for (int column = firstColumn; column <= lastColumn; ++column) {
             const int wrapped = ((column % columns) + columns) % columns;
             // What lies beyond the date line is seen from where it would be without one.
-            const double shift = (column - wrapped) / cellsPerDegree;
+            const double shift = column == wrapped ? 0 : column < wrapped ? -360 : 360;
             for (const CellEntry& entry : entriesOf(row, wrapped)) {
                 if (entry.shape == except)
                     continue;

@@ -41,7 +41,7 @@ std::optional<double> variance(const Foundation::Image& image) {
         std::int64_t rowSum = 0;
         std::int64_t rowSquares = 0;
         for (std::size_t x = 1; x + 1 < width; ++x) {
-            const std::int32_t laplacian = above[x] + below[x] + here[x - 1] + here[x + 1] - 4 * here[x];
+            const std::int64_t laplacian = above[x] + below[x] + here[x - 1] + here[x + 1] - 4 * here[x];
             rowSum += laplacian;
             rowSquares += laplacian * laplacian;
         }
