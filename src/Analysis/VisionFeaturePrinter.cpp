@@ -9,7 +9,7 @@ namespace {
 
 /// Embeddings whose angle has a greater cosine than this show one scene. bench-analysis prints how well the
 /// cut parts labelled photos.
-constexpr double sameSceneCosine = 0.88;
+constexpr double sameSceneCosine = 0.82;
 
 /// The length of all prints. Two of length r with cosine c lie r·sqrt(2 - 2c) apart, which is to be 0.5 at
 /// the cut.
