@@ -10,6 +10,14 @@
 
 namespace Analysis {
 
+namespace {
+
+/// What the network leaves for each of the many classes that it does not mean; together they would name
+/// whatever has many classes.
+constexpr float leastScore = 0.03F;
+
+} // namespace
+
 ImageLabels::ImageLabels(const std::filesystem::path& file) {
     std::ifstream stream(file);
     if (!stream)
@@ -41,7 +49,7 @@ std::vector<ImageLabel> ImageLabels::labels(std::span<const float> classScores) 
     for (const Word& word : m_words) {
         float confidence = 0;
         for (const std::size_t number : word.classes) {
-            if (number < classScores.size())
+            if (number < classScores.size() && classScores[number] >= leastScore)
                 confidence += classScores[number];
         }
         labels.push_back({word.text, std::clamp(confidence, 0.0F, 1.0F)});

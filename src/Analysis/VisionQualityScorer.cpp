@@ -1,0 +1,25 @@
+#include <Analysis/Aesthetics.h>
+#include <Analysis/VisionQualityScorer.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace Analysis {
+
+VisionQualityScorer::VisionQualityScorer(const FaceFinder& finder)
+    : m_finder(finder) {}
+
+ImageQuality VisionQualityScorer::quality(const Foundation::Image& image) {
+    ImageQuality quality;
+    quality.aesthetics = Aesthetics::score(image);
+    try {
+        const auto faces = m_finder.faces(image);
+        quality.hasOpenEyedFace = std::any_of(
+            faces.begin(), faces.end(), [&](const Face& face) { return m_finder.showsLeftEye(image, face); });
+    } catch (const std::runtime_error&) {
+        quality.hasOpenEyedFace = false;
+    }
+    return quality;
+}
+
+} // namespace Analysis
