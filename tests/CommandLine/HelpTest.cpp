@@ -43,6 +43,7 @@ std::string outputOf(const std::vector<std::string>& words) {
     if (child == 0) {
         ::dup2(ends[1], STDOUT_FILENO);
         std::vector<char*> arguments;
+        arguments.reserve(words.size() + 1);
         for (const std::string& word : words)
             arguments.push_back(const_cast<char*>(word.c_str()));
         arguments.push_back(nullptr);

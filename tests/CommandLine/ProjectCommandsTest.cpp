@@ -323,6 +323,7 @@ TEST_F(ProjectCommandsTest, CommandsChangingOneProjectAtTheSameTimeLoseNoChange)
     makeProject();
     const std::vector<std::string> ids{photoID(0), photoID(1), photoID(2)};
     std::vector<std::thread> threads;
+    threads.reserve(ids.size());
     for (const std::string& id : ids) {
         threads.emplace_back([&, id] {
             for (int round = 0; round < 3; ++round) {

@@ -94,8 +94,12 @@ TEST_F(SettingsCommandTest, ManyProcessesAtTheSameTimeLoseNoWrite) {
         {"ollamaModel", "other"},       {"openRouterModel", "some/model"},
         {"captionPrompt", "dry"},       {"ollamaBaseURL", "http://h:1"}};
     std::vector<std::thread> threads;
-    for (const auto& [key, value] : values)
-        threads.emplace_back([&] { EXPECT_EQ(program.run({"settings", key, value}).status, 0); });
+    threads.reserve(values.size());
+    for (const auto& setting : values) {
+        threads.emplace_back([&] {
+            EXPECT_EQ(program.run({"settings", setting.first, setting.second}).status, 0);
+        });
+    }
     for (std::thread& thread : threads)
         thread.join();
     const json all = run({"settings"}).json()[0];

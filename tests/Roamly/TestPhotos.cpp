@@ -1,6 +1,5 @@
-#include <Roamly/TestPhotos.h>
-
 #include <Foundation/AtomicFile.h>
+#include <Roamly/TestPhotos.h>
 
 #include <QBuffer>
 #include <QByteArray>
