@@ -44,7 +44,7 @@ std::optional<JpegHeader> JpegHeader::read(const ImageFile& file) {
             const int components = std::min<int>(bytes[9], 4);
             int widest = 1, tallest = 1, blocks = 0;
             for (int i = 0; i < components; ++i) {
-                const std::uint8_t sampling = bytes[static_cast<std::size_t>(11 + 3 * i)];
+                const std::uint8_t sampling = bytes[std::size_t{11} + 3 * static_cast<std::size_t>(i)];
                 const int across = sampling >> 4, down = sampling & 15;
                 widest = std::max(widest, across);
                 tallest = std::max(tallest, down);
