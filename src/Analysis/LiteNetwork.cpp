@@ -3,8 +3,10 @@
 
 #include <tensorflow/lite/c/c_api.h>
 
+#include <cstring>
 #include <mutex>
 #include <stdexcept>
+#include <string_view>
 #include <utility>
 
 namespace Analysis {
@@ -14,6 +16,14 @@ namespace {
 using Model = std::unique_ptr<TfLiteModel, decltype(&TfLiteModelDelete)>;
 using Interpreter = std::unique_ptr<TfLiteInterpreter, decltype(&TfLiteInterpreterDelete)>;
 using Options = std::unique_ptr<TfLiteInterpreterOptions, decltype(&TfLiteInterpreterOptionsDelete)>;
+
+/// What the format writes into every file; the library complains loudly about others.
+bool isLiteModel(std::span<const std::byte> bytes) {
+    constexpr std::string_view identifier = "TFL3";
+    constexpr std::size_t position = 4;
+    return bytes.size() > position + identifier.size() &&
+           std::memcmp(bytes.data() + position, identifier.data(), identifier.size()) == 0;
+}
 
 bool holds(const TfLiteTensor* tensor, std::size_t count) {
     return tensor && TfLiteTensorType(tensor) == kTfLiteFloat32 &&
@@ -36,7 +46,9 @@ struct LiteNetwork::Runtime {
         : file(path)
         , outputLengths(std::move(outputs))
         , inputLength(input)
-        , model(TfLiteModelCreate(file.bytes().data(), file.bytes().size()), TfLiteModelDelete) {}
+        , model(isLiteModel(file.bytes()) ? TfLiteModelCreate(file.bytes().data(), file.bytes().size())
+                                          : nullptr,
+                TfLiteModelDelete) {}
 
     /// Null when the model is none, or not the expected one.
     [[nodiscard]] Interpreter newInterpreter() const {

@@ -1,0 +1,123 @@
+#include "TemporaryFolder.h"
+#include "VisionFiles.h"
+
+#include <Analysis/NetworkFile.h>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <random>
+
+namespace Analysis {
+namespace {
+
+using testing::AllOf;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+std::string bytesOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void write(const std::filesystem::path& file, const std::string& bytes) {
+    std::ofstream(file, std::ios::binary) << bytes;
+}
+
+/// A file whose header fits what it holds.
+std::string wrapped(const std::string& payload) {
+    std::uint64_t sum = 0;
+    for (std::size_t i = 0; i < payload.size(); i += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, payload.data() + i, std::min<std::size_t>(8, payload.size() - i));
+        sum += word * (i / 4 + 1);
+    }
+    const std::uint64_t size = payload.size();
+    std::string header = "RoamlyN1";
+    header.append(reinterpret_cast<const char*>(&size), sizeof(size));
+    header.append(reinterpret_cast<const char*>(&sum), sizeof(sum));
+    return header + payload;
+}
+
+std::string complaint(const std::function<void()>& load) {
+    try {
+        load();
+    } catch (const NetworkFileError& error) {
+        return error.what();
+    }
+    return "no complaint";
+}
+
+TEST(NetworkFileTest, SaysWhichFileIsMissingAndHowToGetItBack) {
+    const TemporaryFolder folder;
+    const auto file = folder / "gone.bin";
+    const auto isClear = AllOf(HasSubstr(file.string() + " is missing"), HasSubstr("to get it back"),
+                               EndsWith("."), testing::Not(HasSubstr("\n")));
+    EXPECT_THAT(complaint([&] { const VisionNetwork network(file); }), isClear);
+    EXPECT_THAT(complaint([&] { const FaceFinder finder(file, sharedFile(FaceFinder::landmarksFileName)); }),
+                isClear);
+    EXPECT_THAT(complaint([&] { const FaceFinder finder(sharedFile(FaceFinder::detectorFileName), file); }),
+                isClear);
+    EXPECT_THAT(complaint([&] { const ImageLabels labels(file); }), isClear);
+}
+
+TEST(NetworkFileTest, TakesAFolderForAMissingFile) {
+    const TemporaryFolder folder;
+    EXPECT_THAT(complaint([&] { const NetworkFile file(folder / ""); }), HasSubstr("is missing"));
+}
+
+TEST(NetworkFileTest, NoticesEveryFlippedBitAndEveryLostByte) {
+    const TemporaryFolder folder;
+    const auto file = folder / "face.bin";
+    const std::string bytes = bytesOf(sharedFile(FaceFinder::detectorFileName)).substr(24, 3003);
+    write(file, wrapped(bytes));
+    EXPECT_EQ(NetworkFile(file).bytes().size(), bytes.size());
+    std::mt19937 random(3);
+    for (int i = 0; i < 1000; ++i) {
+        std::string damaged = wrapped(bytes);
+        const std::size_t place = random() % damaged.size();
+        if (i % 4 == 0)
+            damaged.resize(place);
+        else if (i % 4 == 1)
+            damaged.push_back('x');
+        else
+            damaged[place] = static_cast<char>(damaged[place] ^ (1 << random() % 8));
+        write(file, damaged);
+        ASSERT_THAT(complaint([&] { const NetworkFile network(file); }),
+                    AllOf(HasSubstr(file.string() + " is damaged"), HasSubstr("to get it back")))
+            << i;
+    }
+}
+
+TEST(NetworkFileTest, RefusesADamagedVisionNetwork) {
+    const TemporaryFolder folder;
+    const auto file = folder / "vision.bin";
+    std::string bytes = bytesOf(sharedFile(VisionNetwork::fileName));
+    bytes[bytes.size() / 2] ^= 4;
+    write(file, bytes);
+    EXPECT_THAT(complaint([&] { const VisionNetwork network(file); }), HasSubstr("is damaged"));
+    bytes.resize(bytes.size() / 2);
+    write(file, bytes);
+    EXPECT_THAT(complaint([&] { const VisionNetwork network(file); }), HasSubstr("is damaged"));
+}
+
+TEST(NetworkFileTest, RefusesIntactFilesThatHoldAnotherNetworkOrNone) {
+    const TemporaryFolder folder;
+    const auto file = folder / "other.bin";
+    for (const std::string& payload : {std::string(), std::string("hello"), std::string(100'000, '\0'),
+                                       bytesOf(sharedFile(FaceFinder::landmarksFileName)).substr(24)}) {
+        write(file, wrapped(payload));
+        EXPECT_THAT(complaint([&] { const VisionNetwork network(file); }), HasSubstr("is damaged"));
+        EXPECT_THAT(
+            complaint([&] { const FaceFinder finder(file, sharedFile(FaceFinder::landmarksFileName)); }),
+            HasSubstr("is damaged"));
+    }
+}
+
+} // namespace
+} // namespace Analysis
