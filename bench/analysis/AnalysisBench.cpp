@@ -1,0 +1,233 @@
+// Analyses a folder of photos and prints photos per second: decoding alone, the vision network alone, finding
+// faces alone, aesthetics alone, and a whole run; and how much longer the run takes than decoding. Where the
+// folder has a manifest.json with labels, it also prints how well the distances of prints part photos of one
+// scene from others.
+//
+//     bench-analysis FOLDER [PHOTOS] [SHARE]
+//
+// PHOTOS (200) photos are analysed, those of the folder again and again; SHARE holds the networks (else those
+// that the program itself finds).
+
+#include <Analysis/Aesthetics.h>
+#include <Analysis/AnalysisPipeline.h>
+#include <Analysis/DataFile.h>
+#include <Analysis/FaceFinder.h>
+#include <Analysis/OrderedWork.h>
+#include <Analysis/VisionFeaturePrinter.h>
+#include <Analysis/VisionQualityScorer.h>
+#include <PhotoSources/ImageDecoder.h>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using Foundation::Image;
+
+constexpr int maxPixel = 1024;
+
+std::optional<Image> decoded(const fs::path& file) {
+    return PhotoSources::ImageDecoder::decode(file, maxPixel);
+}
+
+std::size_t workers() {
+    return std::max(1U, std::thread::hardware_concurrency());
+}
+
+/// Seconds that `work` takes for so many photos on all cores.
+double timed(std::size_t count, const std::function<void(std::size_t)>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    Analysis::inOrder(
+        count, workers(),
+        [&](std::size_t i) {
+            work(i);
+            return true;
+        },
+        [] { return true; }, [](std::size_t, bool) {});
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+double report(const char* name, std::size_t count, double seconds) {
+    std::printf("%-22s %8.1f photos/s %8.1f ms a photo on each core\n", name,
+                static_cast<double>(count) / seconds,
+                seconds * 1000 * static_cast<double>(workers()) / static_cast<double>(count));
+    return seconds;
+}
+
+/// A photo's reference is its path.
+class DecodingProvider final : public Analysis::ImageProviding {
+public:
+    [[nodiscard]] std::optional<Image> image(const ProjectModel::PhotoRef& ref) override {
+        return decoded(std::get<ProjectModel::LibraryPhotoRef>(ref).localIdentifier);
+    }
+};
+
+/// The photos have no positions, so that nobody asks.
+class NoPlaces final : public Analysis::ReverseGeocoding {
+public:
+    [[nodiscard]] Analysis::Placemark placemark(const ProjectModel::Coordinate&,
+                                                const std::stop_token&) override {
+        return {};
+    }
+};
+
+/// A photo every two minutes; each shot twice, as bursts are, so that half of the shots are compared and
+/// scored.
+ProjectModel::Project project(const std::vector<fs::path>& files, std::size_t count) {
+    ProjectModel::Project project;
+    for (std::size_t i = 0; i < count; ++i) {
+        ProjectModel::PhotoItem photo;
+        photo.id = Foundation::Uuid::random();
+        photo.source = ProjectModel::LibraryPhotoRef{files[(i % 4 == 1 ? i - 1 : i) % files.size()].string()};
+        photo.captureDate =
+            Foundation::Instant{std::chrono::seconds(1'700'000'000 + 120 * static_cast<long>(i))};
+        project.photos.push_back(std::move(photo));
+    }
+    return project;
+}
+
+double wholeRun(const std::vector<fs::path>& files, std::size_t count, Analysis::FeaturePrinting& printer,
+                Analysis::ImageQualityScoring& scorer) {
+    const fs::path cacheFile =
+        fs::temp_directory_path() / ("bench-analysis-" + std::to_string(count) + ".json");
+    Analysis::GeocodeCache cache(cacheFile);
+    NoPlaces places;
+    Analysis::ContinuousClock clock;
+    Analysis::LocationResolver resolver(cache, places, 0, Analysis::Clock::Duration(0), clock);
+    DecodingProvider provider;
+    Analysis::AnalysisPipeline pipeline(resolver, provider, printer, scorer);
+    auto photos = project(files, count);
+    const auto start = std::chrono::steady_clock::now();
+    const auto analysed = pipeline.analyze(std::move(photos));
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const auto grouped = std::count_if(analysed.photos.begin(), analysed.photos.end(),
+                                       [](const auto& photo) { return photo.clusterID.has_value(); });
+    std::printf("                       (%ld of %zu photos are in groups)\n", static_cast<long>(grouped),
+                count);
+    return seconds;
+}
+
+struct Pair {
+    double distance;
+    bool isSame;
+};
+
+/// All pairs of labelled photos: those of a burst or scene group, and those of different ones.
+std::vector<Pair> labelledPairs(const fs::path& folder, Analysis::FeaturePrinting& printer) {
+    struct Print {
+        std::string burst;
+        std::string scene;
+        std::vector<float> features;
+    };
+    std::vector<Print> prints;
+    const auto manifest = nlohmann::json::parse(std::ifstream(folder / "manifest.json"));
+    for (const auto& item : manifest.at("items")) {
+        const auto labels = item.value("labels", nlohmann::json::object());
+        if (!labels.contains("burst") && !labels.contains("scene_group") && !labels.contains("content"))
+            continue;
+        if (const auto image = decoded(folder / item.at("file").get<std::string>()))
+            prints.push_back({labels.value("burst", ""), labels.value("scene_group", ""),
+                              printer.features(*image).value_or(std::vector<float>())});
+    }
+    std::vector<Pair> pairs;
+    for (std::size_t i = 0; i < prints.size(); ++i) {
+        for (std::size_t j = 0; j < i; ++j) {
+            const Print& a = prints[i];
+            const Print& b = prints[j];
+            double squares = 0;
+            for (std::size_t k = 0; k < std::min(a.features.size(), b.features.size()); ++k) {
+                const double difference =
+                    static_cast<double>(a.features[k]) - static_cast<double>(b.features[k]);
+                squares += difference * difference;
+            }
+            pairs.push_back({std::sqrt(squares), (!a.burst.empty() && a.burst == b.burst) ||
+                                                     (!a.scene.empty() && a.scene == b.scene)});
+        }
+    }
+    return pairs;
+}
+
+void printCurve(const std::vector<Pair>& pairs) {
+    const auto same = std::count_if(pairs.begin(), pairs.end(), [](const Pair& pair) { return pair.isSame; });
+    std::printf("\n%zu pairs of labelled photos, %ld of one scene\n", pairs.size(), static_cast<long>(same));
+    std::printf("threshold  precision  recall  found wrongly\n");
+    for (int step = 4; step <= 16; ++step) {
+        const double threshold = step * 0.05;
+        long right = 0;
+        long wrong = 0;
+        for (const Pair& pair : pairs) {
+            if (pair.distance < threshold)
+                ++(pair.isSame ? right : wrong);
+        }
+        std::printf("%8.2f  %9.3f  %6.3f  %13ld\n", threshold,
+                    right + wrong > 0 ? static_cast<double>(right) / static_cast<double>(right + wrong) : 1.0,
+                    same > 0 ? static_cast<double>(right) / static_cast<double>(same) : 1.0, wrong);
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: bench-analysis FOLDER [PHOTOS] [SHARE]\n");
+        return 2;
+    }
+    const fs::path folder = argv[1];
+    const std::size_t count = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 200;
+    const auto network = [&](const char* name) {
+        return argc > 3 ? fs::path(argv[3]) / name : Analysis::dataFile(name);
+    };
+
+    // What cannot be decoded, or in no time, would flatter or spoil the figures.
+    std::vector<fs::path> files;
+    std::vector<Image> images;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+        auto image =
+            entry.is_regular_file() && entry.file_size() > 100'000 ? decoded(entry.path()) : std::nullopt;
+        if (image && std::max(image->width, image->height) == maxPixel) {
+            files.push_back(entry.path());
+            images.push_back(std::move(*image));
+        }
+        if (files.size() == count)
+            break;
+    }
+    if (files.empty()) {
+        std::fprintf(stderr, "There are no photos in %s\n", folder.c_str());
+        return 1;
+    }
+    std::printf("%zu files of %d pixels and more, %zu photos, %zu cores\n\n", files.size(), maxPixel, count,
+                workers());
+
+    const Analysis::VisionNetwork vision(network(Analysis::VisionNetwork::fileName));
+    const Analysis::FaceFinder faces(network(Analysis::FaceFinder::detectorFileName),
+                                     network(Analysis::FaceFinder::landmarksFileName));
+    Analysis::VisionFeaturePrinter printer(vision);
+    Analysis::VisionQualityScorer scorer(faces);
+
+    const double decoding = report(
+        "decoding", count, timed(count, [&](std::size_t i) { (void)decoded(files[i % files.size()]); }));
+    const auto image = [&](std::size_t i) -> const Image& { return images[i % images.size()]; };
+    report("vision network", count, timed(count, [&](std::size_t i) { (void)vision.look(image(i)); }));
+    report("finding faces", count, timed(count, [&](std::size_t i) { (void)faces.faces(image(i)); }));
+    report("aesthetics", count,
+           timed(count, [&](std::size_t i) { (void)Analysis::Aesthetics::score(image(i)); }));
+    const double whole = report("whole run", count, wholeRun(files, count, printer, scorer));
+    std::printf("\nwhole run / decoding: %.2f\n", whole / decoding);
+
+    if (fs::exists(folder / "manifest.json"))
+        printCurve(labelledPairs(folder, printer));
+    return 0;
+}
