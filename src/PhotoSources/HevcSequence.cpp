@@ -1,5 +1,6 @@
 #include <PhotoSources/HevcSequence.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -84,10 +85,10 @@ void skipProfileTierLevel(BitReader& reader, std::uint32_t maxSubLayersMinus1) {
 
 } // namespace
 
-std::optional<HevcSequence> HevcSequence::read(std::span<const std::uint8_t> unit) {
-    if (unit.size() < 4)
+std::optional<HevcSequence> HevcSequence::read(std::span<const std::uint8_t> bytes) {
+    if (bytes.size() < 4)
         return std::nullopt;
-    BitReader reader(unit.subspan(2));
+    BitReader reader(bytes.subspan(2));
     reader.skip(4); // video parameter set id
     const std::uint32_t maxSubLayersMinus1 = reader.bits(3);
     reader.skip(1); // temporal id nesting
@@ -98,7 +99,33 @@ std::optional<HevcSequence> HevcSequence::read(std::span<const std::uint8_t> uni
     HevcSequence sequence;
     sequence.width = reader.unsignedNumber();
     sequence.height = reader.unsignedNumber();
-    if (reader.failed() || sequence.width == 0 || sequence.height == 0)
+    if (reader.bits(1) != 0) { // conformance window
+        for (int side = 0; side < 4; ++side)
+            reader.unsignedNumber();
+    }
+    const std::uint32_t lumaBits = 8 + reader.unsignedNumber();
+    const std::uint32_t chromaBits = 8 + reader.unsignedNumber();
+    reader.unsignedNumber(); // picture order count
+    const std::uint32_t firstSubLayer = reader.bits(1) != 0 ? 0 : maxSubLayersMinus1;
+    for (std::uint32_t layer = firstSubLayer; layer <= maxSubLayersMinus1; ++layer) {
+        for (int limit = 0; limit < 3; ++limit)
+            reader.unsignedNumber();
+    }
+    // Sizes of blocks, as powers of two.
+    const std::uint64_t smallestCoding = std::uint64_t{3} + reader.unsignedNumber();
+    const std::uint64_t largestCoding = smallestCoding + reader.unsignedNumber();
+    const std::uint64_t smallestTransform = std::uint64_t{2} + reader.unsignedNumber();
+    const std::uint64_t largestTransform = smallestTransform + reader.unsignedNumber();
+    const std::uint32_t interDepth = reader.unsignedNumber();
+    const std::uint32_t intraDepth = reader.unsignedNumber();
+    if (reader.failed() || sequence.width == 0 || sequence.height == 0 || lumaBits > 16 || chromaBits > 16)
+        return std::nullopt;
+    if (largestCoding > 6 || smallestTransform >= smallestCoding ||
+        largestTransform > std::min<std::uint64_t>(largestCoding, 5) ||
+        interDepth > largestCoding - smallestTransform || intraDepth > largestCoding - smallestTransform)
+        return std::nullopt;
+    const std::uint32_t block = std::uint32_t{1} << smallestCoding;
+    if (sequence.width % block != 0 || sequence.height % block != 0)
         return std::nullopt;
     return sequence;
 }

@@ -11,7 +11,8 @@ struct HevcSequence {
     std::uint32_t width = 0;
     std::uint32_t height = 0;
 
-    /// `unit` with its two-byte header, without start code. Nothing when it ends too early or makes no sense.
+    /// `unit` with its two-byte header, without start code. Nothing when it ends too early or contradicts
+    /// itself: libde265 refuses those too, but says so on standard error.
     [[nodiscard]] static std::optional<HevcSequence> read(std::span<const std::uint8_t> unit);
 };
 

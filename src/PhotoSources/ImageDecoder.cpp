@@ -4,6 +4,7 @@
 #include <PhotoSources/ImageFile.h>
 #include <PhotoSources/ImageFormat.h>
 #include <PhotoSources/RawDecoder.h>
+#include <PhotoSources/StandardErrorFilter.h>
 #include <PhotoSources/VipsPicture.h>
 
 #include <exception>
@@ -24,6 +25,9 @@ std::optional<Foundation::Image> decodeHeif(const ImageFile& file, int maxPixel)
         if (auto image = HeifDecoder::decode(*picture, maxPixel))
             return image;
     }
+    std::optional<StandardErrorFilter> quiet;
+    if (picture)
+        quiet.emplace(); // what failed above fails again, and libde265 prints why
     const std::optional<ColourCoding> coding = HeifContainer::readUntaggedCoding(*bytes);
     if (auto image = VipsPicture::decode(file, ImageFormat::heif, maxPixel, coding))
         return image;

@@ -4,13 +4,19 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <mutex>
 #include <string>
+#include <string_view>
 
 namespace PhotoSources {
 
 namespace {
+
+/// How their lines begin.
+constexpr std::array<std::string_view, 2> noise{"./lib/jxl/", "SPS error: "};
 
 std::mutex mutex;
 int users = 0;
@@ -32,12 +38,14 @@ void writeAll(std::string_view text) {
     }
 }
 
-void passOn(std::string_view text, std::string_view prefix) {
+void passOn(std::string_view text) {
     while (!text.empty()) {
         const std::size_t end = text.find('\n');
         const std::string_view line = text.substr(0, end == std::string_view::npos ? end : end + 1);
-        // The library ends some of its lines twice.
-        if (!line.starts_with(prefix) && line != "\n")
+        const bool isNoise = std::ranges::any_of(
+            noise, [line](std::string_view beginning) { return line.starts_with(beginning); });
+        // libjxl ends some of its lines twice.
+        if (!isNoise && line != "\n")
             writeAll(line);
         text.remove_prefix(line.size());
     }
@@ -45,8 +53,7 @@ void passOn(std::string_view text, std::string_view prefix) {
 
 } // namespace
 
-StandardErrorFilter::StandardErrorFilter(std::string_view prefix)
-    : m_prefix(prefix) {
+StandardErrorFilter::StandardErrorFilter() {
     const std::lock_guard lock(mutex);
     if (users++ > 0)
         return;
@@ -76,7 +83,7 @@ StandardErrorFilter::~StandardErrorFilter() {
         at += count;
     }
     close(collected);
-    passOn(text, m_prefix);
+    passOn(text);
 }
 
 } // namespace PhotoSources

@@ -181,7 +181,7 @@ std::optional<Foundation::Image> decode(const ImageFile& file, ImageFormat forma
     const ErrorLogCleared cleared;
     std::optional<StandardErrorFilter> quiet;
     if (format == ImageFormat::jpegXL)
-        quiet.emplace("./lib/jxl/"); // Debian builds libjxl to print where it fails
+        quiet.emplace(); // Debian builds libjxl to print where it fails
     const FileSource source(file, format);
 
     const auto attempt = [&](Damage damage) -> std::optional<Foundation::Image> {

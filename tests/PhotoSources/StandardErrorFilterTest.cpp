@@ -9,20 +9,20 @@ namespace {
 
 using PhotoSources::StandardErrorFilter;
 
-TEST(StandardErrorFilterTest, HoldsBackOnlyLinesWithThePrefix) {
+TEST(StandardErrorFilterTest, HoldsBackOnlyTheLibrariesLines) {
     testing::internal::CaptureStderr();
     {
-        const StandardErrorFilter outer("./noise/");
-        std::fprintf(stderr, "./noise/a.cc:1: failed\n");
+        const StandardErrorFilter outer;
+        std::fprintf(stderr, "./lib/jxl/a.cc:1: failed\n");
         {
-            const StandardErrorFilter inner("./noise/");
-            std::cerr << "the music file is missing\n./noise/b.cc:2: failed\n";
+            const StandardErrorFilter inner;
+            std::cerr << "the music file is missing\nSPS error: b failed\n";
         }
         std::cerr << "no end";
     }
-    std::cerr << "\n./noise/ is passed on again\n";
+    std::cerr << "\n./lib/jxl/ is passed on again\n";
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "the music file is missing\nno end\n./noise/ is passed on again\n");
+              "the music file is missing\nno end\n./lib/jxl/ is passed on again\n");
 }
 
 } // namespace
