@@ -32,8 +32,9 @@ Prints what an export costs beside the encoder alone, FFmpeg's filter graph and 
   --codec C             h264, hevc or all (all)
   --repeat N            runs of each contender, the fastest counts (1)
   --no-peers            leaves the other programs out
-  --flatness            cost per frame of trips of 20 to 2,000 photos, 0.2 s each
-  --memory              peak memory of a 4K export of 200 photos beside the encoder alone
+  --flatness            cost per frame of trips of 20 to 2,000 photos, 0.1 s each
+  --memory              peak memory of a 4K export of 200 photos (or --photos), 0.1 s each,
+                        beside the encoder alone
   --sources DIR         a folder of photos to show instead of painted ones
   --folder DIR          where photos and movies go (/tmp/roamly-bench)
 )";
@@ -42,6 +43,8 @@ struct Options {
     TripOptions trip{"/tmp/roamly-bench", {}};
     std::vector<Export::ExportResolution> resolutions{Export::ExportResolution::p1080};
     std::vector<Export::ExportCodec> codecs{Export::allExportCodecs.begin(), Export::allExportCodecs.end()};
+    /// As asked for; each mode has its own default.
+    std::optional<int> photos;
     int repeat = 1;
     bool hasPeers = true;
     bool isFlatness = false;
@@ -73,7 +76,7 @@ Options parse(const std::vector<std::string>& arguments) {
             return arguments[++i];
         };
         if (name == "--photos")
-            options.trip.photos = std::stoi(value());
+            options.photos = options.trip.photos = std::stoi(value());
         else if (name == "--photo-duration")
             options.trip.photoDuration = std::stod(value());
         else if (name == "--resolution")
@@ -210,14 +213,14 @@ void compare(const Options& options, const Export::ExportPreset& preset) {
 
 void measureFlatness(const Options& options) {
     const Export::ExportPreset preset{options.resolutions.front(), options.codecs.front()};
-    std::printf("\nCost per frame, %s %s, 0.2 s a photo\n%8s %8s %14s %14s %10s\n",
+    std::printf("\nCost per frame, %s %s, 0.1 s a photo\n%8s %8s %14s %14s %10s\n",
                 std::string(displayName(preset.resolution)).c_str(),
                 std::string(displayName(preset.codec)).c_str(), "photos", "frames", "wall ms/frame",
                 "CPU ms/frame", "peak MiB");
     for (const int photos : {20, 200, 2000}) {
         TripOptions trip = options.trip;
         trip.photos = photos;
-        trip.photoDuration = 0.2;
+        trip.photoDuration = 0.1;
         const Measurement made = measureOwn("export", trip, preset);
         const auto frames = static_cast<double>(made.frames);
         std::printf("%8d %8.0f %14.2f %14.2f %10.0f\n", photos, frames, made.wallSeconds * 1000 / frames,
@@ -228,17 +231,18 @@ void measureFlatness(const Options& options) {
 
 void measureMemory(const Options& options) {
     TripOptions trip = options.trip;
-    trip.photos = 200;
+    trip.photos = options.photos.value_or(200);
     trip.photoDuration = 0.1;
     for (const Export::ExportCodec codec : options.codecs) {
         const Export::ExportPreset preset{Export::ExportResolution::p2160, codec};
         // A few frames shown again and again, since all would not fit into memory.
         const Measurement encoder = measureOwn("encoder", trip, preset, 30);
         const Measurement whole = measureOwn("export", trip, preset);
-        printHead("4K " + std::string(displayName(codec)) + ", 200 photos");
-        printRow("encoder alone", encoder, encoder);
-        printRow("whole export", whole, encoder);
-        std::printf("beyond the encoder alone: %.0f MiB\n",
+        std::printf("\nPeak memory, 4K %s, %d photos\n%-26s %6.0f MiB\n%-26s %6.0f MiB\n",
+                    std::string(displayName(codec)).c_str(), trip.photos, "encoder alone",
+                    static_cast<double>(encoder.peakBytes) / mebibyte, "whole export",
+                    static_cast<double>(whole.peakBytes) / mebibyte);
+        std::printf("%-26s %6.0f MiB\n", "beyond the encoder alone",
                     static_cast<double>(whole.peakBytes - encoder.peakBytes) / mebibyte);
     }
 }
