@@ -26,6 +26,9 @@ struct AppSettings {
     std::string openRouterModel = "openai/gpt-4o-mini";
     /// Guidance for generated captions of projects that have none of their own.
     std::optional<std::string> captionPrompt;
+    /// A server that speaks Nominatim's protocol and is to name places; without one they are named on this
+    /// machine.
+    std::optional<std::string> geocoderURL;
 
     friend bool operator==(const AppSettings&, const AppSettings&) = default;
 };

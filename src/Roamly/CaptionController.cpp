@@ -78,6 +78,10 @@ std::optional<std::string> CaptionController::guidance(const ProjectModel::Proje
     return project.settings.captionPrompt ? project.settings.captionPrompt : settings.captionPrompt;
 }
 
+Captioning::VisionSceneTagger CaptionController::sceneTagger(Captioning::ImageClassifier classify) {
+    return {tagConfidence, mostTags, std::move(classify)};
+}
+
 std::string CaptionController::ollamaURL(const AppSettings& settings) {
     return Captioning::isHTTPURL(settings.ollamaBaseURL) ? settings.ollamaBaseURL
                                                          : Captioning::OllamaCaptioner::defaultBaseURL;
@@ -133,7 +137,7 @@ void CaptionController::start(const std::string& progressText, const ProjectMode
         makeGenerator(provider, guidance(project, settings), settings, m_environment);
     m_worker = std::jthread{
         [this, generator, job = std::move(job), finish = std::move(finish)](const std::stop_token& stop) {
-            const Captioning::VisionSceneTagger tagger{tagConfidence, mostTags, m_environment.classify};
+            const Captioning::VisionSceneTagger tagger = sceneTagger(m_environment.classify);
             CaptionRun run = job(tagger, *generator, stop);
             run.cancelled = run.cancelled || stop.stop_requested();
             post([run = std::move(run), finish](State& state) {

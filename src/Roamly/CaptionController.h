@@ -91,6 +91,9 @@ public:
     /// The server that the settings name, or the local one when that is no address.
     [[nodiscard]] static std::string ollamaURL(const AppSettings& settings);
 
+    /// Names what photos show with the confidence and number of tags that captions use.
+    [[nodiscard]] static Captioning::VisionSceneTagger sceneTagger(Captioning::ImageClassifier classify);
+
     /// The project's guidance, otherwise the user's.
     [[nodiscard]] static std::optional<std::string> guidance(const ProjectModel::Project& project,
                                                              const AppSettings& settings);

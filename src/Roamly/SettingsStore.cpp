@@ -72,6 +72,14 @@ void writeValue(JsonWriter& json, const AppSettings& settings) {
 }
 
 template <auto Member>
+void writeOptional(JsonWriter& json, const AppSettings& settings) {
+    if (settings.*Member)
+        json.value(*(settings.*Member));
+    else
+        json.null();
+}
+
+template <auto Member>
 void writeChoice(JsonWriter& json, const AppSettings& settings) {
     json.value(rawValue(settings.*Member));
 }
@@ -125,13 +133,12 @@ constexpr std::array keys{
                    settings.captionPrompt = std::string{text};
                    return true;
                },
-               plainText<&AppSettings::captionPrompt>,
-               [](JsonWriter& json, const AppSettings& settings) {
-                   if (settings.captionPrompt)
-                       json.value(*settings.captionPrompt);
-                   else
-                       json.null();
-               }},
+               plainText<&AppSettings::captionPrompt>, writeOptional<&AppSettings::captionPrompt>},
+    SettingKey{"geocoderURL", "an http or https address", "a server that names places",
+               [](AppSettings& settings, std::string_view text) {
+                   return put(settings.geocoderURL, SettingValue::webAddress(text));
+               },
+               plainText<&AppSettings::geocoderURL>, writeOptional<&AppSettings::geocoderURL>},
 };
 
 constexpr std::string_view legacyOpenRouterKeyName = "openRouterKey";

@@ -1,11 +1,15 @@
 #include <Captioning/OpenRouterCaptioner.h>
 #include <Captioning/URLSessionTransport.h>
+#include <Roamly/AnalysisEngine.h>
 #include <Roamly/AppImageProvider.h>
 #include <Roamly/CaptionController.h>
 #include <Roamly/KeychainStore.h>
 #include <Roamly/SettingsStore.h>
 
 #include <cstdlib>
+#include <exception>
+#include <memory>
+#include <mutex>
 
 namespace Roamly {
 
@@ -20,6 +24,28 @@ std::string openRouterBaseURL() {
     return chosen != nullptr && Captioning::isHTTPURL(chosen)
                ? chosen
                : Captioning::OpenRouterCaptioner::defaultBaseURL;
+}
+
+/// Loads the networks when the first photo is classified. Without them photos have no scene tags.
+Captioning::ImageClassifier lazyClassifier() {
+    struct Loaded {
+        std::once_flag once;
+        std::unique_ptr<VisionEngine> engine;
+        Captioning::ImageClassifier classify;
+    };
+    return [loaded = std::make_shared<Loaded>()](
+               const Foundation::Image& image) -> std::optional<std::vector<Captioning::ClassObservation>> {
+        std::call_once(loaded->once, [&] {
+            try {
+                loaded->engine = std::make_unique<VisionEngine>();
+                loaded->classify = loaded->engine->classifier();
+            } catch (const std::exception&) {
+                // A missing file of the program is reported where it matters more, by the analysis.
+                loaded->engine.reset();
+            }
+        });
+        return loaded->classify ? loaded->classify(image) : std::nullopt;
+    };
 }
 
 } // namespace
@@ -37,7 +63,7 @@ CaptionEnvironment systemCaptionEnvironment() {
         .openRouterKey = storedOpenRouterKey,
         .image = [provider = AppImageProvider{captionedPhotoMaxPixel}](
                      const ProjectModel::PhotoRef& ref) { return provider.image(ref); },
-        .classify = {},
+        .classify = lazyClassifier(),
         .transport = std::make_shared<Captioning::URLSessionTransport>(),
         .openRouterBaseURL = openRouterBaseURL(),
     };

@@ -104,7 +104,7 @@ TEST_F(SettingsStoreTest, ValuesThatAreNoneForTheirKeyAreRefused) {
         {"photoDuration", " 5"},      {"photoDuration", "5,5"},    {"photoDuration", ""},
         {"kenBurnsEnabled", "yes"},   {"kenBurnsEnabled", "TRUE"}, {"captionsEnabled", "1"},
         {"chapterStyle", "Card"},     {"exportResolution", "4K"},  {"exportCodec", "av1"},
-        {"defaultAIProvider", "gpt"}, {"ollamaModel", ""},         {"openRouterModel", ""},
+        {"defaultAIProvider", "gpt"}, {"geocoderURL", "host"},     {"ollamaModel", "\xFF"},
         {"ollamaBaseURL", "host"},    {"ollamaBaseURL", ""},       {"ollamaBaseURL", "ftp://host"},
         {"ollamaBaseURL", "http://"}, {"captionPrompt", "\xFF"}};
     for (const auto& [name, text] : wrong)
@@ -114,9 +114,15 @@ TEST_F(SettingsStoreTest, ValuesThatAreNoneForTheirKeyAreRefused) {
 
 TEST_F(SettingsStoreTest, GarbageTypedIntoTheFileFallsBackToTheDefaults) {
     writeFile("photoDuration=soon\nkenBurnsEnabled=maybe\nchapterStyle=banner\nexportResolution=8k\n"
-              "exportCodec=\ndefaultAIProvider=robot\nollamaBaseURL=nonsense\nollamaModel=\n"
+              "exportCodec=\ndefaultAIProvider=robot\nollamaBaseURL=nonsense\n"
               "[Group]\ncaptionsEnabled=false\n");
     EXPECT_EQ(m_store.load(), AppSettings{});
+}
+
+TEST_F(SettingsStoreTest, AnEmptyModelNameIsAValueAndNotTheDefault) {
+    writeFile("ollamaModel=\nopenRouterModel=\n");
+    EXPECT_EQ(m_store.load().ollamaModel, "");
+    EXPECT_EQ(m_store.load().openRouterModel, "");
 }
 
 TEST_F(SettingsStoreTest, BytesThatAreNoSettingsFileGiveTheDefaults) {

@@ -83,11 +83,26 @@ std::string beginnings(std::string_view group) {
     return joined(words) + (group.empty() ? " --help --version" : " --help");
 }
 
+/// What else may follow where the group's name is a command too.
+std::string ownChoices(std::string_view group) {
+    for (const Command& command : commands()) {
+        if (command.name == group && !command.positionals.empty())
+            return " " + joined(command.positionals[0].choices);
+    }
+    return {};
+}
+
 std::string groupClause(std::string_view group) {
     const std::string name{group};
+    std::string members;
+    for (const Command& command : commands()) {
+        if (command.name.starts_with(name + " "))
+            members += (members.empty() ? "" : "|") + std::string{command.name.substr(name.size() + 1)};
+    }
     return "    if [[ $command == " + name + " ]]; then\n" +
-           "        if ((COMP_CWORD == 2)); then _roamly_words \"" + beginnings(group) + "\"; return; fi\n" +
-           "        command=\"" + name + " ${COMP_WORDS[2]}\" position=$((COMP_CWORD - 2))\n" + "    fi\n";
+           "        if ((COMP_CWORD == 2)); then _roamly_words \"" + beginnings(group) + ownChoices(group) +
+           "\"; return; fi\n" + "        case ${COMP_WORDS[2]} in\n        " + members + ") command=\"" +
+           name + " ${COMP_WORDS[2]}\" position=$((COMP_CWORD - 2)) ;;\n        esac\n    fi\n";
 }
 
 /// The branch of one command: values of its options, its options, its positionals.

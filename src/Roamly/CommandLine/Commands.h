@@ -26,6 +26,7 @@ namespace CommandLine {
 [[nodiscard]] Command settingsCommand();
 [[nodiscard]] Command settingsKeyCommand();
 [[nodiscard]] Command settingsTestCommand();
+[[nodiscard]] Command analyzeCommand();
 [[nodiscard]] Command captionCommand();
 [[nodiscard]] Command exportCommand();
 [[nodiscard]] Command inspectProjectCommand();
@@ -33,5 +34,11 @@ namespace CommandLine {
 [[nodiscard]] Command inspectStateCommand();
 [[nodiscard]] Command inspectFrameCommand();
 [[nodiscard]] Command inspectMetadataCommand();
+[[nodiscard]] Command inspectFeaturesCommand();
+[[nodiscard]] Command inspectDistancesCommand();
+[[nodiscard]] Command inspectQualityCommand();
+[[nodiscard]] Command inspectTagsCommand();
+[[nodiscard]] Command inspectPlaceCommand();
+[[nodiscard]] Command inspectClustersCommand();
 
 } // namespace CommandLine

@@ -114,6 +114,11 @@ std::string commandHelp(const Command& command) {
         writeRows(out, rows);
     }
 
+    if (const Rows members = commandRows(command.name); !members.empty()) {
+        out << "\nMore commands:\n";
+        writeRows(out, members);
+    }
+
     rows.clear();
     for (const Option& option : command.options)
         rows.emplace_back(optionText(option), option.help);

@@ -2,6 +2,7 @@
 #include <Foundation/Instant.h>
 #include <Roamly/CommandLine/JsonForms.h>
 
+#include <array>
 #include <optional>
 #include <string>
 #include <variant>
@@ -164,6 +165,14 @@ void writeMembers(JsonWriter& json, const Roamly::ImportOutcome& outcome) {
     for (const std::string& notice : outcome.notices)
         json.value(notice);
     json.endArray();
+}
+
+void write(JsonWriter& json, const Analysis::PipelineProgress& progress) {
+    constexpr std::array stages{"geocoding", "clustering", "scoring", "done"};
+    json.beginObject();
+    json.member("stage", stages[static_cast<std::size_t>(progress.stage)]);
+    json.member("completed", progress.completed).member("total", progress.total);
+    json.endObject();
 }
 
 void write(JsonWriter& json, const Captioning::CaptionProgress& progress) {

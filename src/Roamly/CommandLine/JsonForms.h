@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Analysis/PipelineProgress.h>
 #include <Captioning/CaptionPipeline.h>
 #include <Export/VideoExporter.h>
 #include <Foundation/JsonWriter.h>
@@ -22,6 +23,7 @@ void write(Foundation::JsonWriter& json, const Timeline::SlideshowTimeline& time
 void write(Foundation::JsonWriter& json, const Timeline::RenderState& state);
 void write(Foundation::JsonWriter& json, const PhotoSources::ImportProgress& progress);
 void write(Foundation::JsonWriter& json, const Export::ExportProgress& progress);
+void write(Foundation::JsonWriter& json, const Analysis::PipelineProgress& progress);
 void write(Foundation::JsonWriter& json, const Captioning::CaptionProgress& progress);
 void write(Foundation::JsonWriter& json, const Captioning::CaptionError& error);
 void write(Foundation::JsonWriter& json, const std::set<Foundation::Uuid>& ids);

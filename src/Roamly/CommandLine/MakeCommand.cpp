@@ -1,3 +1,4 @@
+#include <Roamly/CommandLine/Analyzing.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Drawing.h>
 #include <Roamly/CommandLine/Exporting.h>
@@ -19,7 +20,8 @@ using ProjectModel::Project;
 
 /// Everything that happens to the project before the movie is made of it.
 Roamly::ImportOutcome fillProject(Roamly::ProjectDocument& document,
-                                  const std::optional<MusicSelection>& music, const Invocation& invocation) {
+                                  const std::optional<MusicSelection>& music,
+                                  const Roamly::AppSettings& settings, const Invocation& invocation) {
     const std::vector<std::string>& folders = invocation.arguments.positionals();
     Roamly::ImportOutcome outcome = importFolders(document, folders, invocation);
     if (outcome.notices.size() == folders.size())
@@ -27,6 +29,7 @@ Roamly::ImportOutcome fillProject(Roamly::ProjectDocument& document,
     invocation.console.say(addedSentence(outcome, document.project()));
     if (music)
         document.edit([&](Project& project) { project.music = music; });
+    (void)analyze(document, settings, invocation);
     return outcome;
 }
 
@@ -37,16 +40,16 @@ struct Prepared {
 
 /// Works on the project of the file where there is one, and keeps the result there.
 Prepared prepare(const std::optional<std::string>& projectFile, const std::optional<MusicSelection>& music,
-                 const Invocation& invocation) {
+                 const Roamly::AppSettings& settings, const Invocation& invocation) {
     std::error_code ignored;
     if (projectFile && std::filesystem::exists(*projectFile, ignored)) {
         ProjectSession session{*projectFile, invocation};
-        Roamly::ImportOutcome outcome = fillProject(session.document(), music, invocation);
+        Roamly::ImportOutcome outcome = fillProject(session.document(), music, settings, invocation);
         session.save();
         return {session.project(), std::move(outcome)};
     }
     Roamly::ProjectDocument document;
-    Roamly::ImportOutcome outcome = fillProject(document, music, invocation);
+    Roamly::ImportOutcome outcome = fillProject(document, music, settings, invocation);
     if (projectFile)
         Roamly::ProjectStore::create(*projectFile, document.project());
     return {document.project(), std::move(outcome)};
@@ -69,7 +72,7 @@ int run(const Invocation& invocation) {
         music = musicSelection(*file);
 
     const Drawing drawing;
-    const Prepared prepared = prepare(projectFile, music, invocation);
+    const Prepared prepared = prepare(projectFile, music, settings, invocation);
     OutputFile::checkIsNoInput(output, projectFile.value_or(std::string{}), prepared.project);
     const std::set<Foundation::Uuid> failed =
         exportMovie(prepared.project, settings, preset, output, invocation);
@@ -94,7 +97,9 @@ Command makeCommand() {
         .usages = {"FOLDER… -o FILE.mov [--music FILE] [--project FILE.roamly] [OPTION…]"},
         .positionals = {{"FOLDER", "a folder of photos; those inside it are searched too", false, true}},
         .options = std::move(options),
-        .details = "The photos are shown in the order in which they were taken.",
+        .details =
+            "The photos are shown in the order in which they were taken, each place announced, and of\n"
+            "near-duplicates only the best. Everything happens on this computer.",
         .examples = {"roamly make ~/Pictures/Lisbon -o Lisbon.mov",
                      "roamly make phone camera -o Lisbon.mov --music fado.mp3 --project Lisbon.roamly"},
         .run = run,

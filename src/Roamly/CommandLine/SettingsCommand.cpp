@@ -96,7 +96,9 @@ Command settingsCommand() {
             "  ollamaModel        llava       model of the Ollama server\n"
             "  openRouterModel    openai/gpt-4o-mini\n"
             "                                 model at OpenRouter\n"
-            "  captionPrompt      (none)      any text: guidance for generated captions",
+            "  captionPrompt      (none)      any text: guidance for generated captions\n"
+            "  geocoderURL        (none)      address of a Nominatim server that is to name places; without\n"
+            "                                 one they are named on this computer",
         .examples = {"roamly settings", "roamly settings exportResolution p2160",
                      "roamly settings photoDuration --unset"},
         .run = run,

@@ -65,13 +65,14 @@ Command settingsKeyCommand() {
         .name = "settings key",
         .summary = "keep the OpenRouter API key in your keyring",
         .usages = {"set", "clear", "status"},
-        .positionals = {{"ACTION", "set, clear or status"}},
+        .positionals = {{.name = "ACTION",
+                         .help = "set, clear or status",
+                         .choices = {"set", "clear", "status"}}},
         .options = {},
         .details =
-            "“set” reads the key from standard input, or asks for it without showing it; it is never an "
-            "argument, which\n"
-            "others on this computer could see.",
-        .examples = {"roamly settings key set", "pass show openrouter | roamly settings key set"},
+            "“set” reads the key from standard input, or asks for it without showing it; it is never an\n"
+            "argument, which others on this computer could see.",
+        .examples = {"roamly settings key set", "roamly settings key set < key.txt"},
         .run = run,
     };
 }

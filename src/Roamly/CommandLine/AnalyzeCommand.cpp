@@ -1,0 +1,55 @@
+#include <Roamly/CommandLine/Analyzing.h>
+#include <Roamly/CommandLine/Commands.h>
+#include <Roamly/CommandLine/Counted.h>
+#include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/ReviewModel.h>
+#include <Roamly/SettingsStore.h>
+
+namespace CommandLine {
+
+namespace {
+
+int run(const Invocation& invocation) {
+    ProjectSession session{invocation.arguments.positionals()[0], invocation};
+    if (invocation.arguments.has("--reset"))
+        session.document().edit([](ProjectModel::Project& project) { project.resetAnalysisSelection(); });
+    const Roamly::AnalysisController::State state =
+        analyze(session.document(), Roamly::SettingsStore{}.load(), invocation);
+    session.save();
+    const std::size_t selected = Roamly::ReviewModel{session.document()}.selectedCount();
+    invocation.console.say("Analysed " + counted(session.project().photos.size(), "photo") + "; " +
+                           std::to_string(selected) + " selected.");
+    invocation.console.report([&](Foundation::JsonWriter& json) {
+        json.beginObject();
+        json.key("issues").beginArray();
+        for (const std::string& issue : state.issues)
+            json.value(issue);
+        json.endArray();
+        json.member("canRetry", state.canRetry);
+        json.endObject();
+    });
+    return ExitStatus::done;
+}
+
+} // namespace
+
+Command analyzeCommand() {
+    return {
+        .name = "analyze",
+        .summary = "find locations, group duplicates and pick the best shots",
+        .usages = {"PROJECT [--reset]"},
+        .positionals = {{"PROJECT", "the project file"}},
+        .options = {{"--reset",
+                     {},
+                     "begin anew: select every photo and forget groups, your own choices included"}},
+        .details =
+            "Everything happens on this computer, without a network. What you chose by hand stays. Of each\n"
+            "group of near-duplicates the best shot stays selected. Interrupted with Ctrl-C, the project\n"
+            "is as it was.",
+        .examples = {"roamly analyze Lisbon.roamly"},
+        .run = run,
+    };
+}
+
+} // namespace CommandLine

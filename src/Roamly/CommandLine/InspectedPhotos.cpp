@@ -1,0 +1,34 @@
+#include <Foundation/Cancellation.h>
+#include <PhotoSources/ImageDecoder.h>
+#include <Roamly/CommandLine/InspectedPhotos.h>
+#include <Roamly/DisplayText.h>
+
+namespace CommandLine {
+
+std::optional<Foundation::Image> analysedPhoto(const std::filesystem::path& file) {
+    constexpr int maxPixel = 1024;
+    return PhotoSources::ImageDecoder::decode(file, maxPixel);
+}
+
+int inspectPhotos(
+    const Invocation& invocation,
+    const std::function<void(Foundation::JsonWriter&, const Foundation::Image&)>& writeMembers) {
+    int status = ExitStatus::done;
+    for (const std::string& file : invocation.arguments.positionals()) {
+        Foundation::throwIfStopped(invocation.stop);
+        const std::optional<Foundation::Image> image = analysedPhoto(file);
+        invocation.console.result([&](Foundation::JsonWriter& json) {
+            json.beginObject().member("file", Roamly::displayText(file));
+            if (image)
+                writeMembers(json, *image);
+            json.endObject();
+        });
+        if (!image) {
+            invocation.console.warn("“" + Roamly::displayText(file) + "” can’t be decoded.");
+            status = ExitStatus::failed;
+        }
+    }
+    return status;
+}
+
+} // namespace CommandLine
