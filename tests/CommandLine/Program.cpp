@@ -97,7 +97,7 @@ Ran Program::run(const std::vector<std::string>& words, const Situation& situati
     const std::string home = m_home.path().string();
 
     std::vector<char*> arguments;
-    std::string program = ROAMLY_PROGRAM;
+    std::string program = m_program;
     std::vector<std::string> copies = words;
     arguments.push_back(program.data());
     for (std::string& word : copies)

@@ -37,6 +37,8 @@ public:
     [[nodiscard]] std::filesystem::path operator/(std::string_view name) const { return m_folder / name; }
     [[nodiscard]] std::filesystem::path settingsFile() const;
 
+    /// Another file to run than the one that was built.
+    void setProgram(const std::filesystem::path& file) { m_program = file.string(); }
     /// Set for every run from now on.
     void setEnvironment(const std::string& name, const std::string& value) { m_environment[name] = value; }
     /// What every run from now on reads from its standard input.
@@ -63,6 +65,7 @@ private:
 
     Foundation::Testing::TemporaryFolder m_folder;
     Foundation::Testing::TemporaryFolder m_home;
+    std::string m_program = ROAMLY_PROGRAM;
     std::map<std::string, std::string> m_environment;
     std::string m_input;
 };

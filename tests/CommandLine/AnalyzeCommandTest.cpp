@@ -1,0 +1,137 @@
+#include "EndToEndTest.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <fstream>
+
+using nlohmann::json;
+using testing::HasSubstr;
+
+namespace {
+
+class AnalyzeCommandTest : public EndToEndTest {
+protected:
+    AnalyzeCommandTest() { makeProject(); }
+
+    void changeProject(const std::function<void(json&)>& change) {
+        json changed = project();
+        change(changed);
+        std::ofstream{program / "p.roamly"} << changed.dump();
+    }
+    void setPosition(std::size_t photo, double latitude, double longitude) {
+        changeProject([&](json& project) {
+            project["photos"][photo]["coordinate"] = {{"latitude", latitude}, {"longitude", longitude}};
+        });
+    }
+};
+
+} // namespace
+
+TEST_F(AnalyzeCommandTest, NamesPlacesWithoutANetwork) {
+    setPosition(0, 38.7107, -9.1366);
+    setPosition(1, 41.1407, -8.6110);
+    const json result = done({"analyze", "p.roamly"});
+    EXPECT_EQ(result, (json{{"issues", {"1 photo has no GPS location data."}}, {"canRetry", false}}));
+    EXPECT_EQ(project()["photos"][0]["location"],
+              (json{{"city", "Lisbon"}, {"country", "Portugal"}, {"provenance", "geocoded"}}));
+    EXPECT_EQ(project()["photos"][1]["location"]["city"], "Porto");
+}
+
+TEST_F(AnalyzeCommandTest, PrintsTheIssuesForPeople) {
+    const Ran ran = run({"analyze", "p.roamly"});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_EQ(ran.out, "");
+    EXPECT_THAT(ran.err, HasSubstr("3 photos have no GPS location data."));
+}
+
+TEST_F(AnalyzeCommandTest, ReportsItsStagesInOrder) {
+    std::vector<std::string> stages;
+    for (const json& line : run({"analyze", "p.roamly", "--json"}).json()) {
+        if (line.contains("progress") && (stages.empty() || stages.back() != line["progress"]["stage"]))
+            stages.push_back(line["progress"]["stage"]);
+    }
+    EXPECT_THAT(stages, testing::Contains("clustering"));
+    EXPECT_EQ(stages.back(), "done");
+}
+
+TEST_F(AnalyzeCommandTest, TheUsersOwnChoicesSurviveUntilTheyAreReset) {
+    setPosition(0, 38.7107, -9.1366);
+    const std::string id = photoID(0);
+    ASSERT_EQ(run({"place", "p.roamly", id, "--city", "Home"}).status, 0);
+    ASSERT_EQ(run({"deselect", "p.roamly", id}).status, 0);
+    for (int i = 0; i < 2; ++i)
+        ASSERT_EQ(run({"analyze", "p.roamly"}).status, 0);
+    EXPECT_EQ(project()["photos"][0]["location"]["city"], "Home");
+    EXPECT_EQ(project()["photos"][0]["isSelected"], false);
+    ASSERT_EQ(run({"analyze", "p.roamly", "--reset"}).status, 0);
+    EXPECT_EQ(project()["photos"][0]["isSelected"], true);
+    EXPECT_EQ(project()["photos"][0]["location"]["city"], "Home");
+}
+
+TEST_F(AnalyzeCommandTest, InterruptedItLeavesTheProjectAsItWas) {
+    setPosition(0, 38.7107, -9.1366);
+    const std::string before = text("p.roamly");
+    const Ran ran = program.interrupt({"analyze", "p.roamly", "--reset", "--json"}, "geocoding", {SIGINT});
+    // A quick machine may be done before the signal arrives.
+    if (ran.status != 0) {
+        EXPECT_EQ(ran.status, 130);
+        EXPECT_EQ(text("p.roamly"), before);
+    }
+}
+
+TEST_F(AnalyzeCommandTest, ADamagedFileOfTheProgramIsNamed) {
+    // A program without its data stands alone in a folder.
+    std::filesystem::create_directory(program / "bin");
+    std::filesystem::copy_file(ROAMLY_PROGRAM, program / "bin/roamly");
+    program.setProgram(program / "bin/roamly");
+    program.setEnvironment("XDG_DATA_DIRS", "/nonexistent");
+    program.setEnvironment("LD_LIBRARY_PATH", ROAMLY_LIBRARIES);
+    const std::string before = text("p.roamly");
+    const Ran ran = run({"analyze", "p.roamly"});
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, HasSubstr("gazetteer.bin"));
+    EXPECT_EQ(text("p.roamly"), before);
+}
+
+TEST_F(AnalyzeCommandTest, MakeAnnouncesPlacesThatItFoundItself) {
+    const Ran ran = run({"make", "trip", "-o", "m.mov", "--project", "m.roamly", "--json"});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.out, HasSubstr("clustering"));
+}
+
+TEST_F(AnalyzeCommandTest, InspectClustersListsTheGroupsInProjectOrder) {
+    const std::string cluster = "AAAAAAAA-0000-0000-0000-000000000001";
+    changeProject([&](json& project) {
+        project["photos"][2]["clusterID"] = cluster;
+        project["photos"][0]["clusterID"] = cluster;
+    });
+    EXPECT_EQ(run({"inspect", "clusters", "p.roamly"}).json()[0],
+              (json{{"clusters", {{{"clusterID", cluster}, {"photoIDs", {photoID(0), photoID(2)}}}}}}));
+}
+
+TEST_F(AnalyzeCommandTest, InspectPlaceTakesNegativeNumbersAndLeavesOutWhatIsNotOnEarth) {
+    const std::vector<json> lines = run({"inspect", "place", "-33.8568,151.2153", "0,-30", "91,0"}).json();
+    ASSERT_EQ(lines.size(), 3U);
+    EXPECT_EQ(lines[0]["location"]["city"], "Sydney");
+    EXPECT_EQ(lines[0]["coordinate"], (json{{"latitude", -33.8568}, {"longitude", 151.2153}}));
+    EXPECT_FALSE(lines[1].contains("location") && lines[1]["location"].contains("city"));
+    EXPECT_FALSE(lines[2].contains("location"));
+    expectFailure(2, {"inspect", "place", "Rome"});
+}
+
+TEST_F(AnalyzeCommandTest, InspectsWhatTheNetworksSee) {
+    const std::string photo = "trip/1.jpg";
+    EXPECT_EQ(run({"inspect", "features", photo}).json()[0]["features"].size(), 2048U);
+    const json quality = run({"inspect", "quality", photo}).json()[0];
+    for (const char* member : {"variance", "sharpness", "aesthetics", "hasOpenEyedFace", "score"})
+        EXPECT_TRUE(quality.contains(member)) << member;
+    EXPECT_TRUE(run({"inspect", "tags", photo}).json()[0]["tags"].is_array());
+    const json distances = run({"inspect", "distances", photo, "missing.jpg"}).json()[0];
+    EXPECT_EQ(distances["files"], (json{photo, "missing.jpg"}));
+    EXPECT_EQ(distances["distances"], (json{{0, nullptr}, {nullptr, nullptr}}));
+    const Ran missing = run({"inspect", "features", "missing.jpg", photo});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_EQ(missing.json()[0], (json{{"file", "missing.jpg"}}));
+    EXPECT_EQ(missing.json().size(), 2U);
+}
