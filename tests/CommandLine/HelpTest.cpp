@@ -143,7 +143,8 @@ TEST(HelpTest, TheShellCompletesCommandsOptionsAndTheirWords) {
         return outputOf({"bash", "-c", script});
     };
     EXPECT_EQ(offered("roamly exp"), "export");
-    EXPECT_EQ(offered("roamly inspect f"), "frame");
+    EXPECT_EQ(offered("roamly inspect fr"), "frame");
+    EXPECT_EQ(offered("roamly settings key s"), "set status");
     EXPECT_EQ(offered("roamly import ''"), "a.roamly trip");
     EXPECT_EQ(offered("roamly import a.roamly ''"), "trip");
     EXPECT_EQ(offered("roamly import a.roamly trip ''"), "trip");

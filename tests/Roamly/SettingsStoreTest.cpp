@@ -72,6 +72,7 @@ TEST_F(SettingsStoreTest, EverySettingIsStoredUnderItsKeyAndReadBack) {
         {"ollamaBaseURL", "https://u:p@host.example:8080/base"},
         {"ollamaModel", "llama3.2-vision"},
         {"openRouterModel", "google/gemini-flash-1.5"},
+        {"geocoderURL", "http://geocoder.example/nominatim"},
         {"captionPrompt", "Witty, \"dry\"; like postcards = fun \\ 日本 \n second line"}};
     ASSERT_EQ(values.size(), Roamly::settingKeys().size());
     for (const auto& [name, text] : values)

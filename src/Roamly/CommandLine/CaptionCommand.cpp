@@ -102,18 +102,17 @@ Command captionCommand() {
         .summary = "let a language model write captions",
         .usages = {"PROJECT [--provider PROVIDER] [--photo ID] [--yes]"},
         .positionals = {{"PROJECT", "the project file"}},
-        .options = {{"--provider", "PROVIDER",
-                     "apple, ollama or openRouter, for this run alone; otherwise the project’s"},
+        .options = {{.name = "--provider",
+                     .value = "PROVIDER",
+                     .help = "apple, ollama or openRouter, for this run alone; otherwise the project’s",
+                     .choices = {"apple", "ollama", "openRouter"}},
                     {"--photo", "ID", "caption this photo only, even over a caption that you typed"},
                     {"--yes", {}, "confirm that photos leave this computer, for openRouter"}},
-        .details =
-            "Captions the selected photos, one after the other. Captions that you typed are kept. Ollama "
-            "runs on this\n"
-            "computer (see “roamly settings ollamaModel”); OpenRouter is a cloud service that receives each "
-            "photo and needs\n"
-            "a key (see “roamly settings key”). Interrupted with Ctrl-C, the captions that arrived are kept.",
-        .examples = {"roamly caption Lisbon.roamly --provider ollama",
-                     "roamly set Lisbon.roamly captionPrompt \"Witty and playful, like postcard captions.\""},
+        .details = "Captions the selected photos, one after the other. Captions that you typed are kept.\n"
+                   "Ollama runs on this computer (see “roamly settings ollamaModel”); OpenRouter is a cloud\n"
+                   "service that receives each photo and needs a key (see “roamly settings key”).\n"
+                   "Interrupted with Ctrl-C, the captions that arrived are kept.",
+        .examples = {"roamly caption Lisbon.roamly", "roamly caption Lisbon.roamly --provider ollama"},
         .run = run,
     };
 }

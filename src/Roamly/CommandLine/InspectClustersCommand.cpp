@@ -48,7 +48,7 @@ int run(const Invocation& invocation) {
 Command inspectClustersCommand() {
     return {
         .name = "inspect clusters",
-        .summary = "a project’s groups of near-duplicates",
+        .summary = "a project’s groups of duplicates",
         .usages = {"PROJECT"},
         .positionals = {{"PROJECT", "the project file"}},
         .options = {},

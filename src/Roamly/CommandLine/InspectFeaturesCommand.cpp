@@ -24,7 +24,7 @@ int run(const Invocation& invocation) {
 Command inspectFeaturesCommand() {
     return {
         .name = "inspect features",
-        .summary = "the feature vectors by which near-duplicates are found",
+        .summary = "the feature vectors by which duplicates are found",
         .usages = {"FILE…"},
         .positionals = {{"FILE", "a photo", false, true}},
         .options = {},
