@@ -45,9 +45,17 @@ function(roamly_private_library target library includes)
   install(FILES "${folder}/${name}" DESTINATION ${ROAMLY_PRIVATE_LIBRARIES})
 endfunction()
 
+# Distributions put the header in different places.
 pkg_check_modules(system_onnxruntime QUIET IMPORTED_TARGET libonnxruntime>=1.21)
 if(system_onnxruntime_FOUND)
-  add_library(Roamly::OnnxRuntime ALIAS PkgConfig::system_onnxruntime)
+  find_path(ONNXRUNTIME_INCLUDE_DIR onnxruntime_c_api.h
+    HINTS ${system_onnxruntime_INCLUDE_DIRS}
+    PATH_SUFFIXES onnxruntime onnxruntime/core/session core/session)
+endif()
+if(system_onnxruntime_FOUND AND ONNXRUNTIME_INCLUDE_DIR)
+  add_library(Roamly::OnnxRuntime INTERFACE IMPORTED GLOBAL)
+  target_include_directories(Roamly::OnnxRuntime INTERFACE "${ONNXRUNTIME_INCLUDE_DIR}")
+  target_link_libraries(Roamly::OnnxRuntime INTERFACE PkgConfig::system_onnxruntime)
 else()
   roamly_fetch(onnxruntime package)
   roamly_private_library(Roamly::OnnxRuntime "${package_0}/libonnxruntime.so"

@@ -50,19 +50,17 @@ TEST_F(ImageLabelsTest, RefusesATableThatIsNone) {
 }
 
 TEST_F(ImageLabelsTest, NamesMostClassesInLowerCaseWordsJoinedByUnderscores) {
-    std::vector<float> scores(1000, 0.0F);
+    for (const ImageLabel& label : sharedLabels().labels(std::vector<float>(1000, 0.0F)))
+        EXPECT_EQ(label.identifier.find_first_not_of("abcdefghijklmnopqrstuvwxyz_-'"), std::string::npos)
+            << label.identifier;
     int named = 0;
-    for (std::size_t i = 0; i < scores.size(); ++i) {
+    for (std::size_t i = 0; i < 1000; i += 5) {
+        std::vector<float> scores(1000, 0.0F);
         scores[i] = 1;
-        const auto found = sharedLabels().labels(scores);
-        scores[i] = 0;
-        named += found[0].confidence > 0;
-        for (const ImageLabel& label : found)
-            ASSERT_EQ(label.identifier.find_first_not_of("abcdefghijklmnopqrstuvwxyz_-'"), std::string::npos)
-                << label.identifier;
+        named += sharedLabels().labels(scores)[0].confidence > 0;
     }
-    EXPECT_GE(named, 700);
-    EXPECT_LE(named, 800);
+    EXPECT_GE(named, 130);
+    EXPECT_LE(named, 170);
 }
 
 TEST_F(ImageLabelsTest, SaysNothingAboutAnEmptyImage) {
