@@ -22,6 +22,12 @@ TEST_F(DispatchTest, TheVersionIsNamed) {
     EXPECT_TRUE(ran.out.starts_with("roamly ")) << ran.out;
 }
 
+TEST_F(DispatchTest, TheLicencesNameWhereTheDataComesFrom) {
+    const Ran ran = run({"--version", "--licences"});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_NE(ran.out.find("GeoNames (geonames.org), CC BY 4.0"), std::string::npos) << ran.out;
+}
+
 TEST_F(DispatchTest, EveryCommandExplainsItselfWhateverElseIsTyped) {
     for (const CommandLine::Command& command : CommandLine::commands()) {
         std::vector<std::string> words;

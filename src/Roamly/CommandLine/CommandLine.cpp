@@ -120,7 +120,8 @@ int run(int argumentCount, char* arguments[]) {
             return ExitStatus::done;
         }
         if (words[0] == "--version") {
-            Console{false}.raw(versionText());
+            const bool withLicences = words.size() > 1 && (words[1] == "--licences" || words[1] == "--licenses");
+            Console{false}.raw(withLicences ? versionText() + "\n" + licencesText() : versionText());
             return ExitStatus::done;
         }
         if (words[0] == "--bash-completion") {

@@ -79,7 +79,8 @@ std::string overview() {
     rows.emplace_back("inspect …", "show what the program sees, as JSON (roamly inspect --help)");
     writeRows(out, rows);
     out << "\n"
-           "roamly COMMAND --help explains a command; roamly --version names the version.\n"
+           "roamly COMMAND --help explains a command; roamly --version --licences names the version and\n"
+           "what it owes to others.\n"
            "\n"
            "Results are JSON on standard output, sentences for people go to standard error. The exit\n"
            "status is 0 when it is done, 1 when it failed, 2 when the call was not understood and 130\n"

@@ -1,3 +1,5 @@
+#include <Analysis/DataFile.h>
+#include <Foundation/AtomicFile.h>
 #include <Roamly/CommandLine/Version.h>
 
 namespace CommandLine {
@@ -5,6 +7,10 @@ namespace CommandLine {
 std::string versionText() {
     return "roamly " ROAMLY_VERSION "\n"
            "Licensed under the GNU General Public License, version 3 or later. There is no warranty.\n";
+}
+
+std::string licencesText() {
+    return Foundation::readFile(Analysis::dataFile("licences.txt"));
 }
 
 } // namespace CommandLine
