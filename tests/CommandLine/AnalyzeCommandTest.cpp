@@ -41,7 +41,7 @@ TEST_F(AnalyzeCommandTest, NamesPlacesWithoutANetwork) {
 TEST_F(AnalyzeCommandTest, PrintsTheIssuesForPeople) {
     const Ran ran = run({"analyze", "p.roamly"});
     EXPECT_EQ(ran.status, 0);
-    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(ran.out, "{\"issues\":[\"3 photos have no GPS location data.\"],\"canRetry\":false}\n");
     EXPECT_THAT(ran.err, HasSubstr("3 photos have no GPS location data."));
 }
 

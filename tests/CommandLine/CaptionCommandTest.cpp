@@ -54,7 +54,9 @@ protected:
     }
     static void TearDownTestSuite() { s_keyring.reset(); }
     void SetUp() override {
-        program.setEnvironment("DBUS_SESSION_BUS_ADDRESS", std::getenv("DBUS_SESSION_BUS_ADDRESS"));
+        const char* const bus = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+        ASSERT_NE(bus, nullptr);
+        program.setEnvironment("DBUS_SESSION_BUS_ADDRESS", bus);
         EXPECT_EQ(run({"settings", "key", "clear"}).status, 0);
     }
 

@@ -31,7 +31,7 @@ TEST_F(ExportCommandsTest, ExportWritesAMovie) {
     makeShortProject();
     const Ran ran = run({"export", "p.roamly", "-o", "m.mov"});
     EXPECT_EQ(ran.status, 0);
-    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(ran.out, "{\"failedPhotoIDs\":[]}\n");
     EXPECT_EQ(ran.err, "Saved m.mov.\n");
     EXPECT_TRUE(isMovie("m.mov"));
     EXPECT_EQ(files(), (std::vector<std::string>{"m.mov", "p.roamly", "trip"}));

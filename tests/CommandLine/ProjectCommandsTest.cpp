@@ -50,11 +50,11 @@ TEST_F(ProjectCommandsTest, ImportReportsWhatWasAddedAndTheNoticesInTheirWords) 
     EXPECT_EQ(done({"import", "p.roamly", "trip"}), (json{{"added", 0}, {"notices", json::array()}}));
 }
 
-TEST_F(ProjectCommandsTest, ImportSpeaksToPeopleOnStandardErrorOnly) {
+TEST_F(ProjectCommandsTest, ImportSpeaksToPeopleOnStandardErrorAndToProgramsOnStandardOutput) {
     ASSERT_EQ(run({"new", "p.roamly"}).status, 0);
     const Ran ran = run({"import", "p.roamly", "trip", "nowhere"});
     EXPECT_EQ(ran.status, 0);
-    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(ran.out, "{\"added\":3,\"notices\":[\"Couldn’t get lasting access to “nowhere”.\"]}\n");
     EXPECT_EQ(ran.err, "Couldn’t get lasting access to “nowhere”.\nAdded 3 photos; the project holds 3.\n");
 }
 

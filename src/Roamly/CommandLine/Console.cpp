@@ -87,8 +87,16 @@ void Console::result(const WriteJson& write) {
 
 void Console::report(const WriteJson& write) {
     clearBar();
-    if (m_isJson)
+    if (m_isJson) {
         writeOut(wrapped("result", write));
+        return;
+    }
+    if (::isatty(STDOUT_FILENO) == 1)
+        return;
+    Foundation::JsonWriter json{Foundation::JsonWriter::Layout::Compact};
+    write(json);
+    if (json.text() != "{}")
+        writeOut(json.text() + "\n");
 }
 
 void Console::raw(std::string_view bytes) {

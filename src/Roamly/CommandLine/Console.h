@@ -23,8 +23,9 @@ public:
 
     /// One line that is what the command was called for: the value itself, or with --json `{"result":…}`.
     void result(const WriteJson& write);
-    /// What a command has to say to a program after it did its work: `{"result":…}`, and only with --json; a
-    /// person gets a sentence instead.
+    /// What a command has to say to a program after it did its work: `{"result":…}` with --json, otherwise
+    /// the value itself where a program reads standard output and there is something to say. A person at a
+    /// terminal gets a sentence instead.
     void report(const WriteJson& write);
     /// Bytes for standard output as they are.
     void raw(std::string_view bytes);
