@@ -66,7 +66,7 @@ void measureTones(const GreyImage& grey, Measures& measures) {
                 for (int column = x; column < x + block; ++column)
                     total += grey.row(row)[column];
             const double mean = total / 16.0;
-            ++histogram[static_cast<std::size_t>(total) / (16 * 256 / levels)];
+            ++histogram[static_cast<std::size_t>(total) / (std::size_t{16} * 256 / levels)];
             ++count;
             sum += mean;
             squares += mean * mean;
@@ -105,7 +105,7 @@ double noiseOf(const GreyImage& grey) {
                 for (int x = left; x < left + block; ++x) {
                     const int value = above[x - 1] + above[x + 1] + below[x - 1] + below[x + 1] -
                                       2 * (above[x] + below[x] + here[x - 1] + here[x + 1]) + 4 * here[x];
-                    squares += value * value;
+                    squares += std::int64_t{value} * value;
                     sum += here[x];
                 }
             }

@@ -90,8 +90,9 @@ std::vector<float> uprightFace(const Foundation::Image& image, const Face& face)
         for (int column = 0; column < landmarkSide; ++column) {
             std::array<float, 3> sum{};
             for (int i = 0; i < samples * samples; ++i) {
+                const int sampleRow = i / samples;
                 const double u = column + (i % samples + 0.5) / samples - landmarkSide / 2.0;
-                const double v = row + (i / samples + 0.5) / samples - landmarkSide / 2.0;
+                const double v = row + (sampleRow + 0.5) / samples - landmarkSide / 2.0;
                 const auto x = static_cast<int>(std::floor(face.centreX + u * cosine - v * sine));
                 const auto y = static_cast<int>(std::floor(face.centreY + u * sine + v * cosine));
                 if (x < 0 || y < 0 || x >= image.width || y >= image.height)
@@ -128,8 +129,10 @@ std::vector<Face> FaceFinder::faces(const Foundation::Image& image) const {
         // Centre, size, then the right eye, the left eye and four more points, all from the cell's middle.
         const float* numbers = answers[0].data() + cell * numbersPerCell;
         const double cellSize = static_cast<double>(detectorSide) / gridSide;
-        const double cellX = (static_cast<double>(cell % gridSide) + 0.5) * cellSize;
-        const double cellY = (static_cast<double>(cell / gridSide) + 0.5) * cellSize;
+        const std::size_t column = cell % gridSide;
+        const std::size_t row = cell / gridSide;
+        const double cellX = (static_cast<double>(column) + 0.5) * cellSize;
+        const double cellY = (static_cast<double>(row) + 0.5) * cellSize;
         Face face;
         face.centreX = (static_cast<double>(numbers[0]) + cellX - box.left) * box.scale;
         face.centreY = (static_cast<double>(numbers[1]) + cellY - box.top) * box.scale;
