@@ -21,6 +21,9 @@ namespace Roamly {
 inline constexpr std::string_view privacyConfirmationTitle = "Privacy: photos leave your Mac";
 /// What a run with a provider that receives the photos says while it begins.
 [[nodiscard]] std::string privacyAlert(ProjectModel::AIProvider inEffect);
+/// What the providers do with photos, for whoever chooses the one for all projects.
+inline constexpr std::string_view providersNote =
+    "Apple and Ollama caption on this Mac. OpenRouter sends each photo to the cloud.";
 /// Why captions cannot be generated for a project that has them turned off.
 inline constexpr std::string_view aiCaptionsAreOff =
     "Turn on “Generate captions with AI” in Project Settings first";

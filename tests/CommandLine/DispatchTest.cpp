@@ -28,6 +28,10 @@ TEST_F(DispatchTest, TheLicencesNameWhereTheDataComesFrom) {
     EXPECT_NE(ran.out.find("GeoNames (geonames.org), CC BY 4.0"), std::string::npos) << ran.out;
 }
 
+TEST_F(DispatchTest, TheVersionTakesNoOtherOption) {
+    expectFailure(2, {"--version", "--bogus"});
+}
+
 TEST_F(DispatchTest, EveryCommandExplainsItselfWhateverElseIsTyped) {
     for (const CommandLine::Command& command : CommandLine::commands()) {
         std::vector<std::string> words;

@@ -106,3 +106,10 @@ TEST_F(SettingsCommandTest, ManyProcessesAtTheSameTimeLoseNoWrite) {
     for (const auto& [key, value] : values)
         EXPECT_EQ(all[key].is_string() ? all[key].get<std::string>() : all[key].dump(), value) << key;
 }
+
+TEST_F(SettingsCommandTest, ChoosingTheCloudForAllProjectsSaysWhatHappensToPhotos) {
+    EXPECT_NE(run({"settings", "defaultAIProvider", "openRouter"})
+                  .err.find("OpenRouter sends each photo to the cloud."),
+              std::string::npos);
+    EXPECT_EQ(run({"settings", "defaultAIProvider", "ollama"}).err, "Saved.\n");
+}

@@ -120,7 +120,10 @@ int run(int argumentCount, char* arguments[]) {
             return ExitStatus::done;
         }
         if (words[0] == "--version") {
-            const bool withLicences = words.size() > 1 && (words[1] == "--licences" || words[1] == "--licenses");
+            if (words.size() > 1 && words[1] != "--licences" && words[1] != "--licenses")
+                return failMisuse("There is no option " + words[1] + " beside --version.", "roamly --help");
+            const bool withLicences =
+                words.size() > 1 && (words[1] == "--licences" || words[1] == "--licenses");
             Console{false}.raw(withLicences ? versionText() + "\n" + licencesText() : versionText());
             return ExitStatus::done;
         }

@@ -1,3 +1,4 @@
+#include <Roamly/CaptionProvider.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Suggestion.h>
@@ -62,6 +63,8 @@ int run(const Invocation& invocation) {
             throw UsageError("“" + text + "” is no value for " + words[0] + "; it takes " +
                              std::string{key.accepts} + ".");
         invocation.console.say("Saved.");
+        if (key.name == "defaultAIProvider" && sendsPhotosToCloud(store.load().defaultAIProvider))
+            invocation.console.warn(std::string{Roamly::providersNote});
     }
     invocation.console.report([](JsonWriter& json) { json.beginObject().endObject(); });
     return ExitStatus::done;
