@@ -16,8 +16,8 @@ class FrameSource {
 public:
     virtual ~FrameSource() = default;
 
-    /// The finished frame, or nothing when it cannot be made. The same object may be returned for several frames
-    /// that look the same.
+    /// The finished frame, or nothing when it cannot be made. The same object may be returned for several
+    /// frames that look the same.
     [[nodiscard]] virtual std::shared_ptr<const YuvFrame> frame(const Timeline::RenderState& state,
                                                                 FrameSize size) = 0;
 

@@ -34,17 +34,18 @@ struct ExportResult {
 /// them. Thread-safe.
 void discardUnfinishedMovies();
 
-/// Writes one timeline to one QuickTime movie. Frames are rendered ahead by workers while the encoder runs; the
-/// music is decoded, looped, faded and encoded beside them.
+/// Writes one timeline to one QuickTime movie. Frames are rendered ahead by workers while the encoder runs;
+/// the music is decoded, looped, faded and encoded beside them.
 class VideoExporter {
 public:
-    /// `crossfade` in seconds, as the settings have it; `fps` frames a second. The frame source is borrowed and
-    /// must outlive the export.
+    /// `crossfade` in seconds, as the settings have it; `fps` frames a second. The frame source is borrowed
+    /// and must outlive the export.
     VideoExporter(Timeline::SlideshowTimeline timeline, ExportPreset preset, double crossfade,
                   FrameSource& frameSource, int fps = 30);
 
-    /// Throws ExportError; then nothing is left at `path` or beside it, and a movie that was there before is gone
-    /// too unless the timeline had no frames. `progress` is called in ascending order from one thread at a time.
+    /// Throws ExportError; then nothing is left at `path` or beside it, and a movie that was there before is
+    /// gone too unless the timeline had no frames. `progress` is called in ascending order from one thread at
+    /// a time.
     ExportResult exportTo(const std::filesystem::path& path,
                           const std::function<void(const ExportProgress&)>& progress = {},
                           std::stop_token stop = {});

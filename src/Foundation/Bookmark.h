@@ -9,8 +9,8 @@
 namespace Foundation {
 
 /// A lasting reference to a file or folder: a small versioned record of its path, device, inode and size that
-/// is never valid UTF-8 (its first byte is 0xFF). Nothing when the file cannot be examined. The path is stored
-/// absolute and normalised, symbolic links unresolved.
+/// is never valid UTF-8 (its first byte is 0xFF). Nothing when the file cannot be examined. The path is
+/// stored absolute and normalised, symbolic links unresolved.
 [[nodiscard]] std::optional<Bytes> makeBookmark(const std::filesystem::path& path);
 
 /// Finds the files that bookmarks lead to, also after a rename or a move inside the same tree. One resolver
@@ -23,8 +23,8 @@ public:
     BookmarkResolver& operator=(BookmarkResolver&&) noexcept;
 
     /// The file's present location, absolute and normalised; nothing when it no longer exists or cannot be
-    /// found, or when the bytes are no record that this version knows. Bytes that are a bare path in UTF-8 are
-    /// not a record either: see `resolvedFile`.
+    /// found, or when the bytes are no record that this version knows. Bytes that are a bare path in UTF-8
+    /// are not a record either: see `resolvedFile`.
     [[nodiscard]] std::optional<std::filesystem::path> resolve(const Bytes& bookmark);
 
     /// As `resolve`, and accepts a bare path in UTF-8 too, as long as something exists there. What everything

@@ -1,5 +1,3 @@
-#include <Support/LoopbackServer.h>
-
 #include <Captioning/CaptionError.h>
 #include <Captioning/OllamaCaptioner.h>
 #include <Captioning/OpenRouterCaptioner.h>
@@ -7,6 +5,7 @@
 #include <Foundation/Bytes.h>
 #include <Foundation/Cancellation.h>
 
+#include <Support/LoopbackServer.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 

@@ -1,5 +1,4 @@
 #include <Support/LoopbackServer.h>
-
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
