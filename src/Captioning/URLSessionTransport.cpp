@@ -107,7 +107,10 @@ HeaderList headerList(const HTTPRequest& request) {
             curl_slist_free_all(list);
             throw TransportError("A request header holds a line break.");
         }
-        append(value.empty() ? name + ";" : name + ": " + value);
+        std::string line = name;
+        // The library takes a header without a value by a semicolon.
+        line.append(value.empty() ? ";" : ": ").append(value);
+        append(line);
     }
     // The library's own headers stay out; what a request carries is what its backend says.
     append("Accept:");
@@ -219,7 +222,7 @@ HTTPResponse URLSessionTransport::send(const HTTPRequest& request, const std::st
         if (body.tooLarge)
             throw TransportError("The response is larger than 4 MB.");
         if (result != CURLE_OK) {
-            const std::string detail = message.c_str();
+            const std::string detail = message.substr(0, message.find('\0'));
             throw TransportError(detail.empty() ? curl_easy_strerror(result) : detail);
         }
         if (!target.empty() && redirects < maxRedirects && staysOnHost(url, target)) {

@@ -14,7 +14,7 @@ namespace Captioning {
 class URLSessionTransport : public HTTPTransport {
 public:
     /// A larger response is refused: captions are a sentence.
-    static constexpr std::size_t maxResponseBytes = 4 * 1024 * 1024;
+    static constexpr std::size_t maxResponseBytes = std::size_t{4} * 1024 * 1024;
     static constexpr int maxRedirects = 5;
 
     URLSessionTransport();

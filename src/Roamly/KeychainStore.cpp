@@ -118,7 +118,7 @@ bool save(const std::string& key) {
 }
 
 std::optional<std::string> load(const LegacyKey& legacy) {
-    if (const std::optional<std::string> key = read(); key && !key->empty())
+    if (std::optional<std::string> key = read(); key && !key->empty())
         return key;
     if (std::optional<std::string> key = legacy.read(); key && !key->empty()) {
         // Without a Secret Service the old entry is all there is.
