@@ -1,6 +1,5 @@
-# The libraries that run the networks of the analysis: ONNX Runtime (the system's, where it has one) and
-# TensorFlow Lite, which Debian lacks. What comes from the packages in data/manifest.json is fetched once, when
-# configuring, and installed beside the program.
+# The library that runs the networks of the analysis: ONNX Runtime, the system's where it has one. Otherwise it comes
+# from the packages in data/manifest.json, fetched once, when configuring, and is installed beside the program.
 
 set(ROAMLY_PRIVATE_LIBRARIES "lib/roamly")
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
@@ -61,6 +60,3 @@ else()
   roamly_private_library(Roamly::OnnxRuntime "${package_0}/libonnxruntime.so"
     "${package_1}/prebuilds/include/onnxruntime")
 endif()
-roamly_fetch(tensorflow-lite package)
-roamly_private_library(Roamly::TensorFlowLite "${package_0}/cc_deps/linux_amd64/libtensorflowlite_c.so"
-  "${package_0}/cc_deps/include")

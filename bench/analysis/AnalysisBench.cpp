@@ -3,10 +3,10 @@
 // folder has a manifest.json with labels, it also prints how well the distances of prints part photos of one
 // scene from others.
 //
-//     bench-analysis FOLDER [PHOTOS] [SHARE]
+//     bench-analysis FOLDER [PHOTOS] [NETWORK]
 //
-// PHOTOS (200) photos are analysed, those of the folder again and again; SHARE holds the networks (else those
-// that the program itself finds).
+// PHOTOS (200) photos are analysed, those of the folder again and again. NETWORK is a vision network to use
+// instead of the program's own (tools/vision-models/make-comparison-network makes one).
 
 #include <Analysis/Aesthetics.h>
 #include <Analysis/AnalysisPipeline.h>
@@ -196,14 +196,11 @@ void printCurve(const std::vector<Pair>& pairs) {
 
 int main(int argc, char** argv) {
     if (argc < 2) {
-        std::fprintf(stderr, "usage: bench-analysis FOLDER [PHOTOS] [SHARE]\n");
+        std::fprintf(stderr, "usage: bench-analysis FOLDER [PHOTOS] [NETWORK]\n");
         return 2;
     }
     const fs::path folder = argv[1];
     const std::size_t count = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 200;
-    const auto network = [&](const char* name) {
-        return argc > 3 ? fs::path(argv[3]) / name : Analysis::dataFile(name);
-    };
 
     // What cannot be decoded, or in no time, would flatter or spoil the figures.
     std::vector<fs::path> files;
@@ -225,9 +222,10 @@ int main(int argc, char** argv) {
     std::printf("%zu files of %d pixels and more, %zu photos, %zu cores\n\n", files.size(), maxPixel, count,
                 workers());
 
-    const Analysis::VisionNetwork vision(network(Analysis::VisionNetwork::fileName));
-    const Analysis::FaceFinder faces(network(Analysis::FaceFinder::detectorFileName),
-                                     network(Analysis::FaceFinder::landmarksFileName));
+    const Analysis::VisionNetwork vision(argc > 3 ? fs::path(argv[3])
+                                                  : Analysis::dataFile(Analysis::VisionNetwork::fileName));
+    const Analysis::FaceFinder faces(Analysis::dataFile(Analysis::FaceFinder::detectorFileName),
+                                     Analysis::dataFile(Analysis::FaceFinder::landmarksFileName));
     Analysis::VisionFeaturePrinter printer(vision);
     Analysis::VisionQualityScorer scorer(faces);
 

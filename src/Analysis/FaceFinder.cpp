@@ -50,7 +50,7 @@ double overlap(const Face& a, const Face& b) {
 
 /// The image fitted into the middle of a black square, and how to get back.
 struct Letterbox {
-    std::vector<float> values;
+    FloatPlanes picture{detectorSide, detectorSide};
     double scale = 1;
     int left = 0;
     int top = 0;
@@ -62,31 +62,26 @@ Letterbox letterbox(const Foundation::Image& image) {
     const auto fitted = [&](int length) {
         return std::clamp(static_cast<int>(std::lround(length / box.scale)), 1, detectorSide);
     };
-    const FloatImage small = scaled(image, fitted(image.width), fitted(image.height));
+    const FloatPlanes small = scaled(image, fitted(image.width), fitted(image.height));
     box.left = (detectorSide - small.width) / 2;
     box.top = (detectorSide - small.height) / 2;
-    // Black is -1, white 1.
-    box.values.assign(static_cast<std::size_t>(detectorSide) * detectorSide * 3, -1.0F);
-    const auto rowLength = static_cast<std::size_t>(small.width) * 3;
-    for (int y = 0; y < small.height; ++y) {
-        const float* source = small.values.data() + static_cast<std::size_t>(y) * rowLength;
-        float* target =
-            box.values.data() + static_cast<std::size_t>((box.top + y) * detectorSide + box.left) * 3;
-        std::transform(source, source + rowLength, target, [](float value) { return value / 127.5F - 1; });
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+        for (int y = 0; y < small.height; ++y)
+            std::copy_n(small.row(channel, y), small.width, box.picture.row(channel, box.top + y) + box.left);
     }
     return box;
 }
 
-/// The square around a face, turned upright; 0…1, black beyond the image.
-std::vector<float> uprightFace(const Foundation::Image& image, const Face& face) {
+/// The square around a face, turned upright; black beyond the image.
+FloatPlanes uprightFace(const Foundation::Image& image, const Face& face) {
     const double step = face.side * landmarkMargin / landmarkSide;
     // So many samples a side make one pixel, so that a large face keeps no more detail than fits.
     const int samples = std::clamp(static_cast<int>(std::lround(step)), 1, 8);
     const double cosine = std::cos(face.tilt) * step;
     const double sine = std::sin(face.tilt) * step;
-    std::vector<float> values;
-    values.reserve(static_cast<std::size_t>(landmarkSide) * landmarkSide * 3);
+    FloatPlanes upright(landmarkSide, landmarkSide);
     for (int row = 0; row < landmarkSide; ++row) {
+        std::array<float*, 3> target{upright.row(0, row), upright.row(1, row), upright.row(2, row)};
         for (int column = 0; column < landmarkSide; ++column) {
             std::array<float, 3> sum{};
             for (int i = 0; i < samples * samples; ++i) {
@@ -101,26 +96,24 @@ std::vector<float> uprightFace(const Foundation::Image& image, const Face& face)
                 for (std::size_t channel = 0; channel < 3; ++channel)
                     sum[channel] += static_cast<float>(pixel[channel]);
             }
-            for (const float value : sum)
-                values.push_back(value / static_cast<float>(samples * samples) / 255);
+            for (std::size_t channel = 0; channel < 3; ++channel)
+                *target[channel]++ = sum[channel] / static_cast<float>(samples * samples);
         }
     }
-    return values;
+    return upright;
 }
 
 } // namespace
 
 FaceFinder::FaceFinder(const std::filesystem::path& detectorFile, const std::filesystem::path& landmarksFile)
-    : m_detector(detectorFile, static_cast<std::size_t>(detectorSide) * detectorSide * 3,
-                 {cellCount * numbersPerCell, cellCount})
-    , m_landmarks(landmarksFile, static_cast<std::size_t>(landmarkSide) * landmarkSide * 3,
-                  {landmarkCount * 3, 1}) {}
+    : m_detector(detectorFile, detectorSide, {{"boxes", cellCount * numbersPerCell}, {"scores", cellCount}})
+    , m_landmarks(landmarksFile, landmarkSide, {{"landmarks", landmarkCount * 3}, {"presence", 1}}) {}
 
 std::vector<Face> FaceFinder::faces(const Foundation::Image& image) const {
     if (image.isEmpty())
         return {};
     const Letterbox box = letterbox(image);
-    const auto answers = m_detector.run(box.values);
+    const auto answers = m_detector.run(box.picture.values);
     std::vector<Face> candidates;
     for (std::size_t cell = 0; cell < cellCount; ++cell) {
         const double confidence = sigmoid(static_cast<double>(answers[1][cell]));
@@ -156,7 +149,7 @@ std::vector<Face> FaceFinder::faces(const Foundation::Image& image) const {
 }
 
 bool FaceFinder::showsLeftEye(const Foundation::Image& image, const Face& face) const {
-    const auto answers = m_landmarks.run(uprightFace(image, face));
+    const auto answers = m_landmarks.run(uprightFace(image, face).values);
     if (sigmoid(static_cast<double>(answers[1][0])) < leastPresence)
         return false;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Analysis/LiteNetwork.h>
+#include <Analysis/ImageNetwork.h>
 #include <Foundation/Image.h>
 
 #include <filesystem>
@@ -39,8 +39,8 @@ public:
     [[nodiscard]] bool showsLeftEye(const Foundation::Image& image, const Face& face) const;
 
 private:
-    LiteNetwork m_detector;
-    LiteNetwork m_landmarks;
+    ImageNetwork m_detector;
+    ImageNetwork m_landmarks;
 };
 
 } // namespace Analysis

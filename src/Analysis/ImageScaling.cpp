@@ -1,8 +1,10 @@
 #include <Analysis/ImageScaling.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 namespace Analysis {
 
@@ -37,44 +39,54 @@ std::vector<Taps> tent(int from, int to) {
     return all;
 }
 
+/// Adds a row of bytes, each times the weight.
+void accumulate(const std::uint8_t* source, float weight, std::vector<float>& sums) {
+    for (std::size_t i = 0; i < sums.size(); ++i)
+        sums[i] += weight * static_cast<float>(source[i]);
+}
+
 } // namespace
 
-FloatImage scaled(const Foundation::Image& image, int width, int height) {
+FloatPlanes::FloatPlanes(int planeWidth, int planeHeight)
+    : width(planeWidth)
+    , height(planeHeight)
+    , values(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3) {}
+
+float* FloatPlanes::row(std::size_t channel, int y) {
+    const auto rows = channel * static_cast<std::size_t>(height) + static_cast<std::size_t>(y);
+    return values.data() + rows * static_cast<std::size_t>(width);
+}
+
+const float* FloatPlanes::row(std::size_t channel, int y) const {
+    return const_cast<FloatPlanes*>(this)->row(channel, y);
+}
+
+FloatPlanes scaled(const Foundation::Image& image, int width, int height) {
     constexpr std::size_t channels = 3;
     const auto columns = tent(image.width, width);
     const auto rows = tent(image.height, height);
-    const std::size_t rowLength = columns.size() * channels;
 
-    // First across, then down.
-    std::vector<float> narrowed(static_cast<std::size_t>(image.height) * rowLength);
-    float* narrow = narrowed.data();
-    for (int y = 0; y < image.height; ++y) {
-        const std::uint8_t* row = image.row(y);
-        for (const Taps& taps : columns) {
-            const std::uint8_t* pixel = row + taps.first * channels;
-            float red = 0;
-            float green = 0;
-            float blue = 0;
-            for (const float weight : taps.weights) {
-                red += weight * static_cast<float>(pixel[0]);
-                green += weight * static_cast<float>(pixel[1]);
-                blue += weight * static_cast<float>(pixel[2]);
+    // First down, which runs along whole rows, then across what few rows are left.
+    FloatPlanes result(width, height);
+    std::vector<float> blended(static_cast<std::size_t>(image.width) * channels);
+    for (int y = 0; y < height; ++y) {
+        const Taps& down = rows[static_cast<std::size_t>(y)];
+        std::fill(blended.begin(), blended.end(), 0.0F);
+        auto source = static_cast<int>(down.first);
+        for (const float weight : down.weights)
+            accumulate(image.row(source++), weight, blended);
+
+        std::array<float*, channels> target{result.row(0, y), result.row(1, y), result.row(2, y)};
+        for (const Taps& across : columns) {
+            const float* pixel = blended.data() + across.first * channels;
+            std::array<float, channels> sum{};
+            for (const float weight : across.weights) {
+                for (std::size_t channel = 0; channel < channels; ++channel)
+                    sum[channel] += weight * pixel[channel];
                 pixel += channels;
             }
-            *narrow++ = red;
-            *narrow++ = green;
-            *narrow++ = blue;
-        }
-    }
-
-    FloatImage result{width, height, std::vector<float>(rows.size() * rowLength)};
-    for (std::size_t y = 0; y < rows.size(); ++y) {
-        float* target = result.values.data() + y * rowLength;
-        const float* source = narrowed.data() + rows[y].first * rowLength;
-        for (const float weight : rows[y].weights) {
-            for (std::size_t x = 0; x < rowLength; ++x)
-                target[x] += weight * source[x];
-            source += rowLength;
+            for (std::size_t channel = 0; channel < channels; ++channel)
+                *target[channel]++ = sum[channel];
         }
     }
     return result;

@@ -12,7 +12,7 @@ public:
     /// Borrows the network for its lifetime.
     explicit VisionFeaturePrinter(const VisionNetwork& network);
 
-    /// 2048 numbers; nothing for an empty image.
+    /// 1024 numbers; nothing for an empty image.
     [[nodiscard]] std::optional<std::vector<float>> features(const Foundation::Image& image) override;
 
 private:

@@ -27,24 +27,23 @@ Image chessboard() {
     return image;
 }
 
-TEST(VisionNetworkTest, AnswersAsThePublishedWeightsDoLayerByLayer) {
+TEST(VisionNetworkTest, AnswersAsThePublishedNetworkDoes) {
     const VisionAnswer answer = sharedNetwork().look(chessboard());
     ASSERT_EQ(answer.classScores.size(), 1000U);
-    ASSERT_EQ(answer.embedding.size(), 2048U);
-    // Computed apart, layer by layer, from the weights as published: neither folded nor halved.
-    EXPECT_NEAR(answer.classScores[530], 0.7191, 0.01);
-    EXPECT_NEAR(answer.classScores[599], 0.2306, 0.01);
-    EXPECT_NEAR(answer.classScores[879], 0.0118, 0.001);
-    EXPECT_NEAR(answer.classScores[892], 0.0108, 0.001);
-    EXPECT_NEAR(answer.embedding[1846], 15.080, 0.05);
-    EXPECT_NEAR(answer.embedding[869], 13.303, 0.05);
-    EXPECT_NEAR(answer.embedding[832], 13.143, 0.05);
-    EXPECT_NEAR(std::accumulate(answer.embedding.begin(), answer.embedding.end(), 0.0), 858.34, 2);
+    ASSERT_EQ(answer.embedding.size(), 1024U);
+    // Computed apart, with TensorFlow Lite, from the network as published.
+    EXPECT_NEAR(answer.classScores[530], 0.273073, 1e-4);
+    EXPECT_NEAR(answer.classScores[398], 0.186010, 1e-4);
+    EXPECT_NEAR(answer.classScores[599], 0.182366, 1e-4);
+    EXPECT_NEAR(answer.classScores[488], 0.121137, 1e-4);
 }
 
 TEST(VisionNetworkTest, YieldsProbabilitiesAndNothingNegative) {
     const VisionAnswer answer = sharedNetwork().look(PaintedPhotos::scene(1, 400, 300));
-    EXPECT_NEAR(std::accumulate(answer.classScores.begin(), answer.classScores.end(), 0.0), 1, 1e-4);
+    // What is missing is the network's class for none of the others.
+    const double sum = std::accumulate(answer.classScores.begin(), answer.classScores.end(), 0.0);
+    EXPECT_GE(sum, 0.95);
+    EXPECT_LE(sum, 1 + 1e-4);
     EXPECT_GE(*std::min_element(answer.classScores.begin(), answer.classScores.end()), 0);
     EXPECT_GE(*std::min_element(answer.embedding.begin(), answer.embedding.end()), 0);
 }
