@@ -15,7 +15,7 @@ namespace Roamly {
 /// What looks at photos: the networks that the program comes with, loaded once. Thread-safe.
 class VisionEngine {
 public:
-    /// Takes a second and some 300 MB. Throws std::runtime_error with a sentence that names the file that is
+    /// Takes some tenths of a second. Throws std::runtime_error with a sentence that names the file that is
     /// missing or damaged.
     VisionEngine();
     ~VisionEngine();

