@@ -1,7 +1,7 @@
 // Analyses a folder of photos and prints photos per second: decoding alone, the vision network alone, finding
-// faces alone, aesthetics alone, and a whole run; and how much longer the run takes than decoding. Where the
-// folder has a manifest.json with labels, it also prints how well the distances of prints part photos of one
-// scene from others.
+// faces alone, aesthetics alone, and a whole run with its memory; and how much longer the run takes than
+// decoding. Where the folder has a manifest.json with labels, it also prints how well the distances of prints
+// part photos of one scene from others.
 //
 //     bench-analysis FOLDER [PHOTOS] [NETWORK]
 //
@@ -17,6 +17,7 @@
 #include <Analysis/VisionQualityScorer.h>
 #include <PhotoSources/ImageDecoder.h>
 
+#include <malloc.h>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -134,6 +135,22 @@ Taken wholeRun(const std::vector<fs::path>& files, std::size_t count, Analysis::
     return taken;
 }
 
+/// The most memory that the process held since the last `forgetPeak`, in MiB; 0 where the system does not
+/// say.
+double peakMiB() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);) {
+        if (line.starts_with("VmHWM:"))
+            return std::strtod(line.c_str() + 6, nullptr) / 1024;
+    }
+    return 0;
+}
+
+void forgetPeak() {
+    ::malloc_trim(0);
+    std::ofstream("/proc/self/clear_refs") << "5";
+}
+
 struct Pair {
     double distance;
     bool isSame;
@@ -236,7 +253,10 @@ int main(int argc, char** argv) {
     report("finding faces", count, timed(count, [&](std::size_t i) { (void)faces.faces(image(i)); }));
     report("aesthetics", count,
            timed(count, [&](std::size_t i) { (void)Analysis::Aesthetics::score(image(i)); }));
+    images = {};
+    forgetPeak();
     const Taken whole = report("whole run", count, wholeRun(files, count, printer, scorer));
+    std::printf("%-16s %8.0f MiB at most\n", "", peakMiB());
     std::printf("\nwhole run / decoding: %.2f on the clock, %.2f in CPU time\n",
                 whole.seconds / decoding.seconds, whole.cpuSeconds / decoding.cpuSeconds);
 

@@ -26,7 +26,8 @@ struct Clock {
     }
 };
 
-constexpr std::size_t featureCount = 256;
+/// As many as prints have.
+constexpr std::size_t featureCount = 1024;
 constexpr int secondsOfAYear = 365 * 24 * 3600;
 
 double secondsSince(Clock::time_point start) {
@@ -39,8 +40,8 @@ std::vector<Analysis::ClusterItem> yearOfPhotos(std::size_t count) {
     std::mt19937 random(1);
     std::uniform_int_distribution<int> time(0, secondsOfAYear);
     std::uniform_int_distribution<int> burst(1, 8);
-    std::normal_distribution<float> scene(0, 1.0F / 16);
-    std::normal_distribution<float> shot(0, 0.1F / 16);
+    std::normal_distribution<float> scene(0, 1.0F / 32);
+    std::normal_distribution<float> shot(0, 0.1F / 32);
     std::vector<Analysis::ClusterItem> photos;
     while (photos.size() < count) {
         std::vector<float> features(featureCount);
