@@ -14,6 +14,8 @@ namespace Analysis {
 
 namespace {
 
+constexpr std::chrono::seconds timeout{20};
+
 /// Fixed notation: servers do not read exponents.
 std::string decimal(double degrees) {
     std::array<char, 64> buffer{};
@@ -70,10 +72,20 @@ std::optional<std::chrono::sys_seconds> httpDate(std::string_view text) {
                                    static_cast<unsigned>(fields[3]), static_cast<unsigned>(fields[4]));
 }
 
+Http::Response answered(const Http::Transport& transport, const Http::Request& request,
+                        const std::stop_token& stop) {
+    try {
+        return transport.send(request, stop);
+    } catch (const Http::TransportError& error) {
+        throw GeocodingError(error.what());
+    }
+}
+
 } // namespace
 
 NominatimReverseGeocoder::NominatimReverseGeocoder(std::string baseUrl, std::string userAgent,
-                                                   HttpTransport transport, WallClock now)
+                                                   std::shared_ptr<const Http::Transport> transport,
+                                                   WallClock now)
     : m_baseUrl(std::move(baseUrl))
     , m_userAgent(std::move(userAgent))
     , m_transport(std::move(transport))
@@ -84,12 +96,15 @@ NominatimReverseGeocoder::NominatimReverseGeocoder(std::string baseUrl, std::str
 
 Placemark NominatimReverseGeocoder::placemark(const ProjectModel::Coordinate& coordinate,
                                               const std::stop_token& stop) {
+    Http::Request request;
     // Zoom 14 is the level of villages and quarters; the address above it comes along.
-    const HttpResponse response = m_transport(
-        {m_baseUrl + "/reverse?format=jsonv2&addressdetails=1&zoom=14&lat=" + decimal(coordinate.latitude) +
-             "&lon=" + decimal(coordinate.longitude),
-         {{"User-Agent", m_userAgent}, {"Accept-Language", "en"}, {"Accept", "application/json"}}},
-        stop);
+    request.url = m_baseUrl +
+                  "/reverse?format=jsonv2&addressdetails=1&zoom=14&lat=" + decimal(coordinate.latitude) +
+                  "&lon=" + decimal(coordinate.longitude);
+    request.headers = {
+        {"User-Agent", m_userAgent}, {"Accept-Language", "en"}, {"Accept", "application/json"}};
+    request.timeout = timeout;
+    const Http::Response response = answered(*m_transport, request, stop);
     if (response.status == 200)
         return decoded(response.body);
     const auto retryAfter = response.headers.find("retry-after");
@@ -97,7 +112,8 @@ Placemark NominatimReverseGeocoder::placemark(const ProjectModel::Coordinate& co
     if (response.status == 429 || (response.status == 503 && statesWhen))
         throw GeocodingRateLimited(statesWhen ? retryAfterSeconds(retryAfter->second, m_now())
                                               : std::nullopt);
-    throw GeocodingError("the geocoding server answered with status " + std::to_string(response.status));
+    throw GeocodingError("the geocoding server answered with status " +
+                         std::to_string(response.status.value_or(0)));
 }
 
 std::optional<double> NominatimReverseGeocoder::retryAfterSeconds(const std::string& header,

@@ -1,10 +1,13 @@
 #pragma once
 
-#include <Analysis/HttpTransport.h>
 #include <Analysis/ReverseGeocoding.h>
+
+#include <Http/CurlTransport.h>
+#include <Http/Transport.h>
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <string>
 
 namespace Analysis {
@@ -18,12 +21,15 @@ public:
     /// `baseUrl`: http or https, with or without a slash at its end, what stands before "/reverse".
     /// `userAgent` names the application and its version, as such servers ask of their users. `now` serves
     /// the refusals that name a date.
-    NominatimReverseGeocoder(std::string baseUrl, std::string userAgent,
-                             HttpTransport transport = curlTransport(), WallClock now = systemTime);
+    NominatimReverseGeocoder(
+        std::string baseUrl, std::string userAgent,
+        std::shared_ptr<const Http::Transport> transport = std::make_shared<Http::CurlTransport>(),
+        WallClock now = systemTime);
 
     /// The city is the smallest of city, town, village and the like; else the county, else the state. Throws
     /// GeocodingRateLimited for 429, and for 503 with a Retry-After, with the time that states;
-    /// GeocodingError for other failures and answers that make no sense.
+    /// GeocodingError for other failures and answers that make no sense; Foundation::Cancelled as soon as
+    /// `stop` is triggered.
     [[nodiscard]] Placemark placemark(const ProjectModel::Coordinate& coordinate,
                                       const std::stop_token& stop) override;
 
@@ -37,7 +43,7 @@ public:
 private:
     std::string m_baseUrl;
     std::string m_userAgent;
-    HttpTransport m_transport;
+    std::shared_ptr<const Http::Transport> m_transport;
     WallClock m_now;
 };
 

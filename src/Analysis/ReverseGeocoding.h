@@ -45,7 +45,7 @@ class ReverseGeocoding {
 public:
     virtual ~ReverseGeocoding() = default;
 
-    /// Throws GeocodingError. `stop` ends a request that is under way, which then fails.
+    /// Throws GeocodingError. `stop` ends a request that is under way, by whatever exception.
     [[nodiscard]] virtual Placemark placemark(const ProjectModel::Coordinate& coordinate,
                                               const std::stop_token& stop) = 0;
 };

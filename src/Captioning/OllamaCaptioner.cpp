@@ -3,9 +3,9 @@
 #include <Captioning/CaptionPrompt.h>
 #include <Captioning/ImageEncoding.h>
 #include <Captioning/OllamaCaptioner.h>
-#include <Captioning/URLSessionTransport.h>
 #include <Foundation/JsonWriter.h>
 
+#include <Http/Url.h>
 #include <nlohmann/json.hpp>
 
 #include <utility>
@@ -35,7 +35,7 @@ std::string OllamaCaptioner::caption(const Foundation::Image& image, const std::
 
     HTTPRequest request;
     request.method = "POST";
-    request.url = appendingPath(m_baseURL, "api/generate");
+    request.url = Http::appendingPath(m_baseURL, "api/generate");
     request.headers = {{"Content-Type", "application/json"}};
     request.body = body.text();
     // A local model may have to load first.
@@ -49,7 +49,7 @@ std::string OllamaCaptioner::caption(const Foundation::Image& image, const std::
 
 bool OllamaCaptioner::testConnection(const std::stop_token& stop) const {
     HTTPRequest request;
-    request.url = appendingPath(m_baseURL, "api/tags");
+    request.url = Http::appendingPath(m_baseURL, "api/tags");
     request.timeout = std::chrono::seconds{5};
     return answersWithSuccess(*m_transport, request, stop);
 }

@@ -3,9 +3,9 @@
 #include <Captioning/CaptionPrompt.h>
 #include <Captioning/ImageEncoding.h>
 #include <Captioning/OpenRouterCaptioner.h>
-#include <Captioning/URLSessionTransport.h>
 #include <Foundation/JsonWriter.h>
 
+#include <Http/Url.h>
 #include <nlohmann/json.hpp>
 
 #include <utility>
@@ -64,7 +64,7 @@ std::string OpenRouterCaptioner::caption(const Foundation::Image& image,
 
     HTTPRequest request;
     request.method = "POST";
-    request.url = appendingPath(m_baseURL, "api/v1/chat/completions");
+    request.url = Http::appendingPath(m_baseURL, "api/v1/chat/completions");
     request.headers = {{"Content-Type", "application/json"},
                        {"Authorization", "Bearer " + m_apiKey},
                        {"HTTP-Referer", applicationURL},
@@ -84,7 +84,7 @@ bool OpenRouterCaptioner::testConnection(const std::stop_token& stop) const {
     if (m_apiKey.empty())
         return false;
     HTTPRequest request;
-    request.url = appendingPath(m_baseURL, "api/v1/auth/key");
+    request.url = Http::appendingPath(m_baseURL, "api/v1/auth/key");
     request.headers = {{"Authorization", "Bearer " + m_apiKey}};
     request.timeout = std::chrono::seconds{8};
     return answersWithSuccess(*m_transport, request, stop);

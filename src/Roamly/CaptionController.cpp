@@ -1,10 +1,11 @@
 #include <Captioning/FoundationModelsCaptioner.h>
 #include <Captioning/OllamaCaptioner.h>
 #include <Captioning/OpenRouterCaptioner.h>
-#include <Captioning/URLSessionTransport.h>
 #include <Foundation/Cancellation.h>
 #include <Foundation/Text.h>
 #include <Roamly/CaptionController.h>
+
+#include <Http/Url.h>
 
 #include <algorithm>
 #include <exception>
@@ -83,8 +84,8 @@ Captioning::VisionSceneTagger CaptionController::sceneTagger(Captioning::ImageCl
 }
 
 std::string CaptionController::ollamaURL(const AppSettings& settings) {
-    return Captioning::isHTTPURL(settings.ollamaBaseURL) ? settings.ollamaBaseURL
-                                                         : Captioning::OllamaCaptioner::defaultBaseURL;
+    return Http::isHttpUrl(settings.ollamaBaseURL) ? settings.ollamaBaseURL
+                                                   : Captioning::OllamaCaptioner::defaultBaseURL;
 }
 
 std::unique_ptr<Captioning::CaptionGenerating>

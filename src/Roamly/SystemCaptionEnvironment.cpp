@@ -6,6 +6,8 @@
 #include <Roamly/KeychainStore.h>
 #include <Roamly/SettingsStore.h>
 
+#include <Http/Url.h>
+
 #include <cstdlib>
 #include <exception>
 #include <memory>
@@ -21,9 +23,8 @@ constexpr int captionedPhotoMaxPixel = 1024;
 /// A company's gateway to the service may stand in for it.
 std::string openRouterBaseURL() {
     const char* const chosen = std::getenv("ROAMLY_OPENROUTER_URL");
-    return chosen != nullptr && Captioning::isHTTPURL(chosen)
-               ? chosen
-               : Captioning::OpenRouterCaptioner::defaultBaseURL;
+    return chosen != nullptr && Http::isHttpUrl(chosen) ? chosen
+                                                        : Captioning::OpenRouterCaptioner::defaultBaseURL;
 }
 
 /// Loads the networks when the first photo is classified. Without them photos have no scene tags.

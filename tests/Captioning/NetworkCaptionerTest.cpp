@@ -317,26 +317,4 @@ TEST(OpenRouterCaptionerTest, TestsItsKey) {
     EXPECT_FALSE(openRouter(refusing.url()).testConnection());
 }
 
-TEST(URLSessionTransportTest, KeepsToTheTimeOutOfEachRequest) {
-    const LoopbackServer server{[](const Request&) {
-        Answer answer;
-        answer.silent = true;
-        return answer;
-    }};
-    HTTPRequest request;
-    request.url = server.url();
-    request.timeout = std::chrono::milliseconds{150};
-    EXPECT_THROW((void)URLSessionTransport{}.send(request, {}), TransportError);
-}
-
-TEST(URLSessionTransportTest, KeepsTheConnectionBetweenRequests) {
-    const LoopbackServer server{[](const Request&) { return LoopbackServer::ok("{}"); }};
-    const URLSessionTransport transport;
-    HTTPRequest request;
-    request.url = server.url();
-    for (int i = 0; i < 3; ++i)
-        EXPECT_TRUE(transport.send(request, {}).isSuccess());
-    EXPECT_EQ(server.requests().size(), 3U);
-}
-
 } // namespace

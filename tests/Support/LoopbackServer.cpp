@@ -126,6 +126,11 @@ std::vector<LoopbackServer::Request> LoopbackServer::requests() const {
     return m_requests;
 }
 
+std::size_t LoopbackServer::connections() const {
+    const std::lock_guard lock{m_mutex};
+    return m_connections.size();
+}
+
 bool LoopbackServer::waitForRequests(std::size_t count) const {
     std::unique_lock lock{m_mutex};
     return m_arrived.wait_for(lock, std::chrono::seconds{5}, [&] { return m_requests.size() >= count; });

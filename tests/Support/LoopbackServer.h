@@ -26,7 +26,8 @@ public:
     };
 
     struct Answer {
-        /// The whole response, status line included; `ok` and `status` make usual ones.
+        /// The whole response, status line included; `ok` and `status` make usual ones. One without a
+        /// Content-Length ends with the connection.
         std::string bytes;
         /// Waited before each piece.
         std::chrono::milliseconds delay{0};
@@ -47,6 +48,8 @@ public:
     /// "http://127.0.0.1:PORT", or with another name of this machine.
     [[nodiscard]] std::string url(const std::string& host = "127.0.0.1") const;
     [[nodiscard]] std::vector<Request> requests() const;
+    /// How many connections were opened.
+    [[nodiscard]] std::size_t connections() const;
     /// Whether that many requests arrived within five seconds.
     [[nodiscard]] bool waitForRequests(std::size_t count) const;
 
