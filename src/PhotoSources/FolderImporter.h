@@ -29,10 +29,9 @@ struct Options {
     std::stop_token stop;
 };
 
-/// New records for every image file below the folder, in a stable order (by path). Hidden entries and the
-/// contents of packages are passed over, links to folders are not followed (links to image files are taken),
-/// and a file that cannot be handled is skipped; an unreadable folder yields nothing. Throws only
-/// Foundation::Cancelled.
+/// New records for every image file below the folder, in a stable order (by path). Hidden entries, symbolic
+/// links and the contents of packages are passed over, and a file that cannot be handled is skipped; an
+/// unreadable folder yields nothing. Throws only Foundation::Cancelled.
 [[nodiscard]] std::vector<ProjectModel::PhotoItem> importPhotos(const std::filesystem::path& folder,
                                                                 const Options& options = {});
 

@@ -81,15 +81,12 @@ EntryKind kindOf(int folder, const dirent& entry) {
         return EntryKind::File;
     if (entry.d_type == DT_DIR)
         return EntryKind::Folder;
-    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN)
-        return EntryKind::Other;
+    // Some file systems do not say.
     struct stat status {};
-    if (::fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+    if (entry.d_type != DT_UNKNOWN || ::fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return EntryKind::Other;
     if (S_ISDIR(status.st_mode))
         return EntryKind::Folder;
-    if (S_ISLNK(status.st_mode) && ::fstatat(folder, entry.d_name, &status, 0) != 0)
-        return EntryKind::Other;
     return S_ISREG(status.st_mode) ? EntryKind::File : EntryKind::Other;
 }
 

@@ -169,13 +169,20 @@ TEST_F(FolderImporterTest, LinksToFoldersAreNotFollowed) {
     EXPECT_EQ(imported(), Names{"real/a.jpg"});
 }
 
-TEST_F(FolderImporterTest, LinksToImagesAreTakenAndDanglingOnesAreNot) {
+TEST_F(FolderImporterTest, LinksToImagesAreNoPhotosWhereverTheyLead) {
+    const fs::path original = write("original.jpg");
     const SampleFiles::TemporaryFolder elsewhere;
-    const fs::path target = elsewhere.write("original.jpg", SampleFiles::jpeg());
-    fs::create_symlink(target, m_folder.path() / "best.jpg");
+    fs::create_symlink(original, m_folder.path() / "best.jpg");
+    fs::create_symlink(elsewhere.write("other.jpg", SampleFiles::jpeg()), m_folder.path() / "other.jpg");
     fs::create_symlink(elsewhere.path() / "gone.jpg", m_folder.path() / "dangling.jpg");
     fs::create_symlink("itself.jpg", m_folder.path() / "itself.jpg");
-    EXPECT_EQ(imported(), Names{"best.jpg"});
+    EXPECT_EQ(imported(), Names{"original.jpg"});
+}
+
+TEST_F(FolderImporterTest, SecondNameOfTheSameFileIsAPhotoLikeTheFirst) {
+    const fs::path original = write("a.jpg");
+    fs::create_hard_link(original, m_folder.path() / "b.jpg");
+    EXPECT_EQ(imported(), (Names{"a.jpg", "b.jpg"}));
 }
 
 TEST_F(FolderImporterTest, LinkToTheFolderItselfIsFollowed) {
