@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -117,24 +118,48 @@ void takeAttributes(int descriptor, const struct stat& existing, const std::file
         fail(path);
 }
 
+/// Where a path leads, and what stands there.
+struct Destination {
+    std::filesystem::path file;
+    std::filesystem::path folder;
+    std::optional<struct stat> existing;
+};
+
+/// Throws when what stands there must not be replaced.
+Destination destinationOf(const std::filesystem::path& path) {
+    Destination destination{linkTarget(path), ".", std::nullopt};
+    if (destination.file.has_parent_path())
+        destination.folder = destination.file.parent_path();
+    struct stat existing {};
+    if (::stat(destination.file.c_str(), &existing) != 0) {
+        if (!destination.file.has_filename())
+            fail(ENOENT, destination.file);
+        return destination;
+    }
+    if (!S_ISREG(existing.st_mode))
+        fail(S_ISDIR(existing.st_mode) ? EISDIR : EINVAL, destination.file);
+    // A rename would replace even a file that its owner made read-only; refuse as an in-place write would.
+    if (::access(destination.file.c_str(), W_OK) != 0)
+        fail(destination.file);
+    destination.existing = existing;
+    return destination;
+}
+
 } // namespace
 
+void checkFileCanBeReplaced(const std::filesystem::path& path) {
+    const Destination destination = destinationOf(path);
+    // Whether a folder takes files is known only to the file system: permissions, lists of exceptions to
+    // them, read-only mounts, servers that judge for themselves.
+    const TemporaryFile attempt{destination.folder, destination.file, 0600};
+}
+
 void writeFileAtomically(const std::filesystem::path& path, std::string_view contents) {
-    const std::filesystem::path target = linkTarget(path);
-    const std::filesystem::path folder = target.has_parent_path() ? target.parent_path() : ".";
-
-    struct stat existing {};
-    const bool exists = ::stat(target.c_str(), &existing) == 0;
-    if (exists && !S_ISREG(existing.st_mode))
-        fail(S_ISDIR(existing.st_mode) ? EISDIR : EINVAL, target);
-    // A rename would replace even a file that its owner made read-only; refuse as an in-place write would.
-    if (exists && ::access(target.c_str(), W_OK) != 0)
-        fail(target);
-
+    const auto [target, folder, existing] = destinationOf(path);
     // A private file must not be open to others for even a moment.
-    TemporaryFile file{folder, target, exists ? mode_t{0600} : mode_t{0666}};
-    if (exists)
-        takeAttributes(file.descriptor(), existing, target);
+    TemporaryFile file{folder, target, existing ? mode_t{0600} : mode_t{0666}};
+    if (existing)
+        takeAttributes(file.descriptor(), *existing, target);
     writeAll(file.descriptor(), contents, target);
     if (::fsync(file.descriptor()) != 0)
         fail(target);

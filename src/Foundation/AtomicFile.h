@@ -16,6 +16,10 @@ namespace Foundation {
 /// was.
 void writeFileAtomically(const std::filesystem::path& path, std::string_view contents);
 
+/// Whether `writeFileAtomically` would find a file that may be replaced in a folder that takes files, tried
+/// out and undone. Throws std::system_error as that would; the file stays as it is.
+void checkFileCanBeReplaced(const std::filesystem::path& path);
+
 /// Far above any document, and below what would take a machine's memory away.
 inline constexpr std::size_t largestReadableFile = std::size_t{1} << 30;
 

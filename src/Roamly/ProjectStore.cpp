@@ -94,6 +94,14 @@ void ProjectStore::save(const std::filesystem::path& path, const ProjectModel::P
     }
 }
 
+void ProjectStore::checkCanSave(const std::filesystem::path& path) {
+    try {
+        Foundation::checkFileCanBeReplaced(path);
+    } catch (const std::system_error& error) {
+        failToSave(path, error.code());
+    }
+}
+
 void ProjectStore::create(const std::filesystem::path& path, const ProjectModel::Project& project) {
     const std::string bytes = encodedFor(path, project);
     const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";

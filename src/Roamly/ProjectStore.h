@@ -29,6 +29,10 @@ namespace ProjectStore {
 /// and leaves the file as it was.
 void save(const std::filesystem::path& path, const ProjectModel::Project& project);
 
+/// Throws ProjectStoreError, as `save` and `create` would, when nothing could be saved under that name now.
+/// For work that is long and lost if it cannot be saved.
+void checkCanSave(const std::filesystem::path& path);
+
 /// Makes a new file and never touches one that exists, also when two processes try at the same time. Throws
 /// ProjectStoreError.
 void create(const std::filesystem::path& path, const ProjectModel::Project& project);

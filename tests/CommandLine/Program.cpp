@@ -1,9 +1,11 @@
 #include "Program.h"
 
 #include <fcntl.h>
+#include <linux/capability.h>
 #include <poll.h>
 #include <pty.h>
 #include <sys/mman.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -45,6 +47,12 @@ bool readSome(int descriptor, std::string& text) {
     if (length > 0)
         text.append(buffer, static_cast<std::size_t>(length));
     return length > 0 || (length < 0 && errno == EINTR);
+}
+
+/// Root may write anywhere, and tests may run as root: the program is to meet the limits that others meet.
+void renouncePrivileges() {
+    for (const unsigned long capability : {CAP_DAC_OVERRIDE, CAP_DAC_READ_SEARCH, CAP_FOWNER})
+        ::prctl(PR_CAPBSET_DROP, capability, 0, 0, 0);
 }
 
 } // namespace
@@ -108,6 +116,7 @@ Ran Program::run(const std::vector<std::string>& words, const Situation& situati
     if (child < 0)
         throw std::system_error(errno, std::generic_category(), "fork");
     if (child == 0) {
+        renouncePrivileges();
         // A test run in the background may ignore these, and children would inherit it.
         std::signal(SIGINT, SIG_DFL);
         std::signal(SIGTERM, SIG_DFL);

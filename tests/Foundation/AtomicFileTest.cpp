@@ -63,6 +63,10 @@ int writeError(const fs::path& path, std::string_view contents = "new") {
     return errorOf([&] { writeFileAtomically(path, contents); });
 }
 
+int checkError(const fs::path& path) {
+    return errorOf([&] { checkFileCanBeReplaced(path); });
+}
+
 int readError(const fs::path& path) {
     return errorOf([&] { static_cast<void>(readFile(path)); });
 }
@@ -298,6 +302,36 @@ TEST_F(AtomicFileTest, LetsSeveralThreadsWriteOneFile) {
     const std::string contents = contentsOf(m_file);
     EXPECT_EQ(contents, std::string(10'000, contents[0]));
     EXPECT_EQ(entriesOf(m_folder.path()), Names{"file.json"});
+}
+
+// Asking beforehand
+
+TEST_F(AtomicFileTest, AsksWithoutATraceWhetherAFileCanBeWritten) {
+    EXPECT_EQ(checkError(m_file), 0);
+    EXPECT_EQ(entriesOf(m_folder.path()), Names{});
+    put(m_file, "old");
+    EXPECT_EQ(checkError(m_file), 0);
+    EXPECT_EQ(contentsOf(m_file), "old");
+    EXPECT_EQ(entriesOf(m_folder.path()), Names{"file.json"});
+}
+
+TEST_F(AtomicFileTest, AnswersBeforehandWhatWritingWouldMeet) {
+    fs::create_symlink("nowhere/target.json", m_folder / "dangling");
+    for (const fs::path& path : {m_folder.path(), m_folder / "missing/file.json", m_folder / "missing/",
+                                 m_folder / "dangling", fs::path{"/dev/null"}, fs::path{}}) {
+        EXPECT_NE(checkError(path), 0) << path;
+        EXPECT_EQ(checkError(path), writeError(path)) << path;
+    }
+    put(m_file, "old");
+    fs::permissions(m_file, fs::perms{0444});
+    fs::permissions(m_folder.path(), fs::perms{0777});
+    EXPECT_EQ(asOrdinaryUser([&] { return checkError(m_file); }), EACCES);
+    fs::permissions(m_file, fs::perms{0666});
+    EXPECT_EQ(asOrdinaryUser([&] { return checkError(m_file); }), 0);
+    fs::permissions(m_folder.path(), fs::perms{0555});
+    EXPECT_EQ(asOrdinaryUser([&] { return checkError(m_file); }), EACCES);
+    fs::permissions(m_folder.path(), fs::perms{0700});
+    EXPECT_EQ(contentsOf(m_file), "old");
 }
 
 // Reading

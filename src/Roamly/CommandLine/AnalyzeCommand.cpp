@@ -11,7 +11,7 @@ namespace CommandLine {
 namespace {
 
 int run(const Invocation& invocation) {
-    ProjectSession session{invocation.arguments.positionals()[0], invocation};
+    ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Long, invocation};
     if (invocation.arguments.has("--reset"))
         session.document().edit([](ProjectModel::Project& project) { project.resetAnalysisSelection(); });
     const Roamly::AnalysisController::State state =

@@ -47,7 +47,7 @@ int run(const Invocation& invocation) {
     if (const std::optional<std::string> typed = invocation.arguments.value("--photo"))
         photo = Values::uuid(*typed);
 
-    ProjectSession session{invocation.arguments.positionals()[0], invocation};
+    ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Long, invocation};
     const Roamly::AppSettings settings = Roamly::SettingsStore{}.load();
     if (!session.project().settings.aiCaptionsEnabled.value_or(settings.aiCaptionsEnabled))
         throw Failure(std::string{Roamly::aiCaptionsAreOff});

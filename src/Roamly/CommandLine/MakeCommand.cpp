@@ -18,18 +18,25 @@ namespace {
 using ProjectModel::MusicSelection;
 using ProjectModel::Project;
 
+struct Wishes {
+    std::filesystem::path output;
+    std::optional<std::string> projectFile;
+    std::optional<MusicSelection> music;
+    Roamly::AppSettings settings;
+};
+
 /// Everything that happens to the project before the movie is made of it.
-Roamly::ImportOutcome fillProject(Roamly::ProjectDocument& document,
-                                  const std::optional<MusicSelection>& music,
-                                  const Roamly::AppSettings& settings, const Invocation& invocation) {
+Roamly::ImportOutcome fillProject(Roamly::ProjectDocument& document, const Wishes& wishes,
+                                  const Invocation& invocation) {
     const std::vector<std::string>& folders = invocation.arguments.positionals();
     Roamly::ImportOutcome outcome = importFolders(document, folders, invocation);
     if (outcome.notices.size() == folders.size())
         throw Failure("No movie was made.");
     invocation.console.say(addedSentence(outcome, document.project()));
-    if (music)
-        document.edit([&](Project& project) { project.music = music; });
-    (void)analyze(document, settings, invocation);
+    if (wishes.music)
+        document.edit([&](Project& project) { project.music = wishes.music; });
+    OutputFile::checkIsNoInput(wishes.output, wishes.projectFile.value_or(std::string{}), document.project());
+    (void)analyze(document, wishes.settings, invocation);
     return outcome;
 }
 
@@ -39,17 +46,17 @@ struct Prepared {
 };
 
 /// Works on the project of the file where there is one, and keeps the result there.
-Prepared prepare(const std::optional<std::string>& projectFile, const std::optional<MusicSelection>& music,
-                 const Roamly::AppSettings& settings, const Invocation& invocation) {
+Prepared prepare(const Wishes& wishes, const Invocation& invocation) {
+    const std::optional<std::string>& projectFile = wishes.projectFile;
     std::error_code ignored;
     if (projectFile && std::filesystem::exists(*projectFile, ignored)) {
-        ProjectSession session{*projectFile, invocation};
-        Roamly::ImportOutcome outcome = fillProject(session.document(), music, settings, invocation);
+        ProjectSession session{*projectFile, ProjectSession::Work::Long, invocation};
+        Roamly::ImportOutcome outcome = fillProject(session.document(), wishes, invocation);
         session.save();
         return {session.project(), std::move(outcome)};
     }
     Roamly::ProjectDocument document;
-    Roamly::ImportOutcome outcome = fillProject(document, music, settings, invocation);
+    Roamly::ImportOutcome outcome = fillProject(document, wishes, invocation);
     if (projectFile)
         Roamly::ProjectStore::create(*projectFile, document.project());
     return {document.project(), std::move(outcome)};
@@ -57,25 +64,24 @@ Prepared prepare(const std::optional<std::string>& projectFile, const std::optio
 
 int run(const Invocation& invocation) {
     const Arguments& arguments = invocation.arguments;
-    const std::filesystem::path output = arguments.requiredValue("--output");
-    const std::optional<std::string> projectFile = arguments.value("--project");
-    const Roamly::AppSettings settings = Roamly::SettingsStore{}.load();
-    const Export::ExportPreset preset = exportPreset(arguments, settings);
-    OutputFile::checkIsWritable(output);
-    if (projectFile) {
-        if (output.lexically_normal() == std::filesystem::path{*projectFile}.lexically_normal())
+    Wishes wishes{.output = arguments.requiredValue("--output"),
+                  .projectFile = arguments.value("--project"),
+                  .music = std::nullopt,
+                  .settings = Roamly::SettingsStore{}.load()};
+    const Export::ExportPreset preset = exportPreset(arguments, wishes.settings);
+    OutputFile::checkIsWritable(wishes.output);
+    if (wishes.projectFile) {
+        if (wishes.output.lexically_normal() == std::filesystem::path{*wishes.projectFile}.lexically_normal())
             throw UsageError("The movie and the project can’t be the same file.");
-        OutputFile::checkIsWritable(*projectFile);
+        OutputFile::checkIsWritable(*wishes.projectFile);
     }
-    std::optional<MusicSelection> music;
     if (const std::optional<std::string> file = arguments.value("--music"))
-        music = musicSelection(*file);
+        wishes.music = musicSelection(*file);
 
     const Drawing drawing;
-    const Prepared prepared = prepare(projectFile, music, settings, invocation);
-    OutputFile::checkIsNoInput(output, projectFile.value_or(std::string{}), prepared.project);
+    const Prepared prepared = prepare(wishes, invocation);
     const std::set<Foundation::Uuid> failed =
-        exportMovie(prepared.project, settings, preset, output, invocation);
+        exportMovie(prepared.project, wishes.settings, preset, wishes.output, invocation);
     invocation.console.report([&](Foundation::JsonWriter& json) {
         json.beginObject();
         JsonForms::writeMembers(json, prepared.outcome);

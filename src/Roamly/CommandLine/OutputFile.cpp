@@ -1,3 +1,4 @@
+#include <Foundation/AtomicFile.h>
 #include <Foundation/Bookmark.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/OutputFile.h>
@@ -7,6 +8,7 @@
 
 #include <optional>
 #include <string>
+#include <system_error>
 #include <variant>
 
 namespace CommandLine::OutputFile {
@@ -31,12 +33,19 @@ void checkIsWritable(const std::filesystem::path& file) {
     std::error_code error;
     if (!std::filesystem::is_directory(folder, error))
         throw Failure("There is no folder " + quoted(folder) + ".");
-    if (::access(folder.c_str(), W_OK | X_OK) != 0)
-        throw Failure("The folder " + quoted(folder) + " can’t be written to.");
     if (std::filesystem::is_directory(file, error))
         throw Failure(quoted(file) + " is a folder.");
     if (std::filesystem::exists(file, error) && !std::filesystem::is_regular_file(file, error))
         throw Failure(quoted(file) + " is not a regular file.");
+    try {
+        Foundation::checkFileCanBeReplaced(file);
+    } catch (const std::system_error&) {
+        if (::access(file.c_str(), F_OK) == 0 && ::access(file.c_str(), W_OK) != 0)
+            throw Failure(quoted(file) + " is write-protected.");
+        if (std::filesystem::is_symlink(file, error))
+            throw Failure("Where the link " + quoted(file) + " leads nothing can be written.");
+        throw Failure("The folder " + quoted(folder) + " can’t be written to.");
+    }
 }
 
 void checkIsNoInput(const std::filesystem::path& file, const std::filesystem::path& projectFile,

@@ -3,11 +3,13 @@
 
 namespace CommandLine {
 
-ProjectSession::ProjectSession(const std::filesystem::path& path, const Invocation& invocation)
+ProjectSession::ProjectSession(const std::filesystem::path& path, Work work, const Invocation& invocation)
     : m_path(path)
     , m_lock(path, invocation.stop,
              [&] { invocation.console.say("Waiting for another command that is changing the project."); }) {
     Roamly::LoadedProject loaded = Roamly::ProjectStore::load(path);
+    if (work == Work::Long)
+        Roamly::ProjectStore::checkCanSave(path);
     m_saved = loaded.project;
     m_document = Roamly::ProjectDocument{std::move(loaded.project)};
     // Identifiers that were just given out must last, or nobody could name a source by what `sources`

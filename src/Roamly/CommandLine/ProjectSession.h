@@ -11,8 +11,11 @@ namespace CommandLine {
 /// A project that a command changes: locked, loaded, and saved when the command says so.
 class ProjectSession {
 public:
+    /// How long it takes from opening to saving. Long work is not begun when it could not be saved.
+    enum class Work { Quick, Long };
+
     /// Throws ProjectStoreError, Foundation::Cancelled.
-    ProjectSession(const std::filesystem::path& path, const Invocation& invocation);
+    ProjectSession(const std::filesystem::path& path, Work work, const Invocation& invocation);
 
     [[nodiscard]] const ProjectModel::Project& project() const { return m_document.project(); }
     [[nodiscard]] Roamly::ProjectDocument& document() { return m_document; }

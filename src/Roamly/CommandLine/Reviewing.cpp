@@ -6,7 +6,7 @@
 namespace CommandLine {
 
 int changeProject(const Invocation& invocation, const std::function<void(Roamly::ProjectDocument&)>& change) {
-    ProjectSession session{invocation.arguments.positionals()[0], invocation};
+    ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Quick, invocation};
     change(session.document());
     if (session.save()) {
         const std::size_t selected = Roamly::ReviewModel{session.document()}.selectedCount();
