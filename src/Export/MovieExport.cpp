@@ -1,4 +1,5 @@
 #include <Export/MovieExport.h>
+#include <Export/MusicFile.h>
 #include <Export/PendingFile.h>
 #include <Export/PhotoScout.h>
 #include <Export/RenderQueue.h>
@@ -55,8 +56,8 @@ fs::path withoutLinks(fs::path path) {
     return path;
 }
 
-/// Makes room for the movie. What is no plain file is left alone, and so is the slideshow's own music.
-void clearTarget(const fs::path& target, const std::optional<fs::path>& music) {
+/// What is no plain file is never replaced, and neither is the slideshow's own music.
+void checkTarget(const fs::path& target, const std::optional<fs::path>& music) {
     const auto refuse = [&](const std::string& reason) {
         throw ExportError(ExportError::Kind::writerSetupFailed, target.string() + ": " + reason);
     };
@@ -70,7 +71,6 @@ void clearTarget(const fs::path& target, const std::optional<fs::path>& music) {
         refuse("this is not a regular file");
     if (music && fs::equivalent(target, *music, error))
         refuse("this is the slideshow's music");
-    fs::remove(target, error);
 }
 
 /// The frame with which each photo begins, as far as it has one.
@@ -148,7 +148,11 @@ ExportResult exportMovie(const Timeline::SlideshowTimeline& timeline, const Time
     returnLargeBlocks();
     const std::optional<fs::path> music = musicFile(timeline);
     const fs::path target = withoutLinks(path);
-    clearTarget(target, music);
+    checkTarget(target, music);
+    if (music)
+        checkMusic(*music, stop);
+    std::error_code ignored;
+    fs::remove(target, ignored);
     throwIfStopped(stop);
 
     PendingFile file(target);

@@ -19,6 +19,8 @@ protected:
 
     /// Makes p.roamly with the three photos.
     void makeProject();
+    /// A second of music.
+    void writeTone(std::string_view file);
     [[nodiscard]] std::string text(std::string_view file) const;
     [[nodiscard]] nlohmann::json project(std::string_view file = "p.roamly") const;
     [[nodiscard]] std::string photoID(std::size_t position) const;

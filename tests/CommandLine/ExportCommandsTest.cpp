@@ -75,6 +75,32 @@ TEST_F(ExportCommandsTest, AProjectWithoutSelectedPhotosFailsAndLeavesWhatStoodT
     EXPECT_EQ(text("m.mov"), "older movie");
 }
 
+TEST_F(ExportCommandsTest, MusicThatCannotBePlayedFailsBeforeAnythingElseHappens) {
+    makeShortProject();
+    Foundation::writeFileAtomically(program / "fado.mp3", "x");
+    Foundation::writeFileAtomically(program / "m.mov", "older movie");
+    expectFailure(1, {"make", "trip", "-o", "m.mov", "--music", "fado.mp3", "--json"});
+    EXPECT_NE(
+        run({"make", "trip", "-o", "m.mov", "--music", "fado.mp3"}).err.find("fado.mp3” can’t be played"),
+        std::string::npos);
+    ASSERT_EQ(run({"music", "p.roamly", "fado.mp3"}).status, 0);
+    expectFailure(1, {"make", "trip", "-o", "m.mov", "--project", "p.roamly", "--json"});
+    expectFailure(1, {"export", "p.roamly", "-o", "m.mov", "--json"});
+    EXPECT_EQ(text("m.mov"), "older movie");
+    writeTone("tone.wav");
+    EXPECT_EQ(run({"make", "trip", "-o", "m.mov", "--project", "p.roamly", "--music", "tone.wav"}).status, 0);
+    EXPECT_TRUE(isMovie("m.mov"));
+}
+
+TEST_F(ExportCommandsTest, AMovieOfMusicThatIsGoneIsSilent) {
+    makeShortProject();
+    writeTone("tone.wav");
+    ASSERT_EQ(run({"music", "p.roamly", "tone.wav"}).status, 0);
+    std::filesystem::remove(program / "tone.wav");
+    EXPECT_EQ(run({"export", "p.roamly", "-o", "m.mov"}).status, 0);
+    EXPECT_EQ(text("m.mov").find("mp4a"), std::string::npos);
+}
+
 TEST_F(ExportCommandsTest, ResolutionAndCodecComeFromTheOptionsOrTheSettings) {
     makeShortProject();
     ASSERT_EQ(run({"settings", "exportCodec", "hevc"}).status, 0);

@@ -218,6 +218,17 @@ TEST_F(ProjectCommandsTest, MusicIsChosenAndTakenAway) {
     EXPECT_FALSE(project().contains("music"));
 }
 
+TEST_F(ProjectCommandsTest, MusicThatCannotBePlayedIsTakenWithAWarning) {
+    makeProject();
+    Foundation::writeFileAtomically(program / "fado.mp3", "not really");
+    const Ran ran = run({"music", "p.roamly", "fado.mp3"});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_NE(ran.err.find("“fado.mp3” can’t be played"), std::string::npos) << ran.err;
+    writeTone("tone.wav");
+    EXPECT_EQ(run({"music", "p.roamly", "tone.wav", "--json"}).err, "");
+    EXPECT_EQ(project()["music"]["displayName"], "tone.wav");
+}
+
 TEST_F(ProjectCommandsTest, SetStoresTypedValuesAndUnsetRemovesThem) {
     makeProject();
     for (const auto& [key, value] :

@@ -140,6 +140,14 @@ TEST_F(VideoExporterTest, EndlessTimelineIsRefusedBeforeTheExistingMovieGoes) {
     EXPECT_EQ(readText(movie), "the last movie");
 }
 
+TEST_F(VideoExporterTest, MusicThatIsNoneIsRefusedBeforeTheExistingMovieGoes) {
+    writeText(movie, "the last movie");
+    writeText(folder / "text.mp3", "this is no music");
+    EXPECT_EQ(failureOf(withMusic(1, folder / "text.mp3"))->kind(), Kind::appendFailed);
+    EXPECT_EQ(readText(movie), "the last movie");
+    EXPECT_EQ(frames.calls, 0);
+}
+
 TEST_F(VideoExporterTest, H264MovieIsTaggedAsPlayersExpect) {
     run(onePhoto(0.2));
     const ProbedMovie probed = probeMovie(movie);

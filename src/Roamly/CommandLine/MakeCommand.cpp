@@ -28,13 +28,14 @@ struct Wishes {
 /// Everything that happens to the project before the movie is made of it.
 Roamly::ImportOutcome fillProject(Roamly::ProjectDocument& document, const Wishes& wishes,
                                   const Invocation& invocation) {
+    if (wishes.music)
+        document.edit([&](Project& project) { project.music = wishes.music; });
+    checkMusicIsPlayable(document.project(), invocation.stop);
     const std::vector<std::string>& folders = invocation.arguments.positionals();
     Roamly::ImportOutcome outcome = importFolders(document, folders, invocation);
     if (outcome.notices.size() == folders.size())
         throw Failure("No movie was made.");
     invocation.console.say(addedSentence(outcome, document.project()));
-    if (wishes.music)
-        document.edit([&](Project& project) { project.music = wishes.music; });
     OutputFile::checkIsNoInput(wishes.output, wishes.projectFile.value_or(std::string{}), document.project());
     (void)analyze(document, wishes.settings, invocation);
     return outcome;

@@ -1,4 +1,7 @@
+#include <Export/ExportError.h>
+#include <Export/MusicFile.h>
 #include <Foundation/Bookmark.h>
+#include <Foundation/Cancellation.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Music.h>
 #include <Roamly/DisplayText.h>
@@ -14,6 +17,24 @@ ProjectModel::MusicSelection musicSelection(const std::filesystem::path& file) {
     if (!bookmark)
         throw Failure("“" + Roamly::displayText(file) + "” is not a file that music can be read from.");
     return {*bookmark, Roamly::displayText(file.filename())};
+}
+
+bool isPlayable(const std::filesystem::path& file, const std::stop_token& stop) {
+    try {
+        Export::checkMusic(file, stop);
+        return true;
+    } catch (const Export::ExportError&) {
+        Foundation::throwIfStopped(stop);
+        return false;
+    }
+}
+
+void checkMusicIsPlayable(const ProjectModel::Project& project, const std::stop_token& stop) {
+    if (!project.music)
+        return;
+    const auto file = Foundation::BookmarkResolver{}.resolvedFile(project.music->bookmark);
+    if (file && !isPlayable(*file, stop))
+        throw Failure("The music “" + Roamly::displayText(*file) + "” can’t be played.");
 }
 
 } // namespace CommandLine

@@ -2,6 +2,7 @@
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Music.h>
 #include <Roamly/CommandLine/Reviewing.h>
+#include <Roamly/DisplayText.h>
 
 namespace CommandLine {
 
@@ -13,8 +14,12 @@ int run(const Invocation& invocation) {
     if (isNone == !files.empty())
         throw UsageError(isNone ? "--none goes without a FILE." : "A FILE or --none is missing.");
     std::optional<ProjectModel::MusicSelection> music;
-    if (!isNone)
+    if (!isNone) {
         music = musicSelection(files[0]);
+        if (!isPlayable(files[0], invocation.stop))
+            invocation.console.warn("“" + Roamly::displayText(files[0]) +
+                                    "” can’t be played; no movie can be made with it.");
+    }
     return changeProject(invocation, [&](Roamly::ProjectDocument& document) {
         document.edit([&](ProjectModel::Project& project) { project.music = music; });
     });

@@ -1,0 +1,26 @@
+#include <Export/ExportError.h>
+#include <Export/MusicFile.h>
+#include <Export/MusicReader.h>
+
+#include <string>
+#include <vector>
+
+namespace Export {
+
+void checkMusic(const std::filesystem::path& file, const std::stop_token& stop) {
+    Libav::silenceLog();
+    MusicReader reader(file, stop);
+    std::vector<StereoSample> samples;
+    bool hasMore = true;
+    while (hasMore && samples.empty())
+        hasMore = reader.read(samples);
+    // An interrupted file looks like one that ended.
+    if (stop.stop_requested())
+        throw ExportError(ExportError::Kind::cancelled);
+    if (samples.empty()) {
+        throw ExportError(ExportError::Kind::appendFailed,
+                          std::string("music ").append(file.string()).append(": there is no sound in it"));
+    }
+}
+
+} // namespace Export
