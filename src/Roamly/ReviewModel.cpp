@@ -1,8 +1,9 @@
+#include <Foundation/Text.h>
 #include <ProjectModel/ReviewOps.h>
 #include <Roamly/ReviewModel.h>
 
-#include <QString>
 #include <algorithm>
+#include <utility>
 
 namespace Roamly {
 
@@ -12,9 +13,10 @@ using ProjectModel::Project;
 
 namespace {
 
-/// Without the white space, line ends and Unicode spaces at both ends.
-std::string trimmed(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).trimmed().toStdString();
+/// What is left of a text that was typed, without white space at its ends; nothing counts as absent.
+std::optional<std::string> usable(const std::optional<std::string_view>& typed) {
+    const std::string_view text = Foundation::trimmed(typed.value_or(std::string_view{}));
+    return text.empty() ? std::nullopt : std::optional{std::string{text}};
 }
 
 } // namespace
@@ -42,17 +44,16 @@ void ReviewModel::setSelection(bool isSelected, const std::set<Uuid>& ids) {
 }
 
 void ReviewModel::setCaption(std::string_view text, const Uuid& id) {
-    std::optional<std::string> caption = trimmed(text);
-    if (caption->empty())
-        caption.reset();
+    const std::optional<std::string> caption = usable(text);
     m_document->edit([&](Project& project) { project.userSetCaption(caption, id); });
 }
 
 void ReviewModel::setPlace(const std::optional<std::string>& city, const std::optional<std::string>& country,
                            const Uuid& id) {
+    ProjectModel::ResolvedLocation named{usable(city), usable(country), ProjectModel::Provenance::user};
     std::optional<ProjectModel::ResolvedLocation> location;
-    if (city || country)
-        location = ProjectModel::ResolvedLocation{city, country, ProjectModel::Provenance::user};
+    if (named.city || named.country)
+        location = std::move(named);
     m_document->edit([&](Project& project) { project.userSetLocation(location, id); });
 }
 

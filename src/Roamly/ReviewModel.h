@@ -26,7 +26,8 @@ public:
     /// Stores the caption without white space at its ends; one that is nothing else clears the caption.
     void setCaption(std::string_view text, const Foundation::Uuid& id);
 
-    /// The place as the user names it; without city and country the photo has none.
+    /// The place as the user names it, without white space at the ends of the names; a name that is nothing
+    /// else is none, and without city and country the photo has no place.
     void setPlace(const std::optional<std::string>& city, const std::optional<std::string>& country,
                   const Foundation::Uuid& id);
 

@@ -158,6 +158,16 @@ TEST_F(ProjectCommandsTest, PlaceNamesAndClearsThePlace) {
     EXPECT_FALSE(project()["photos"][1].contains("location"));
 }
 
+TEST_F(ProjectCommandsTest, PlaceNamesAreTrimmedAndBlankOnesClear) {
+    makeProject();
+    EXPECT_EQ(run({"place", "p.roamly", photoID(1), "--city", " Sintra\n", "--country", ""}).status, 0);
+    EXPECT_EQ(project()["photos"][1]["location"], (json{{"city", "Sintra"}, {"provenance", "user"}}));
+    EXPECT_EQ(run({"place", "p.roamly", photoID(1), "--city", ""}).status, 0);
+    EXPECT_FALSE(project()["photos"][1].contains("location"));
+    expectFailure(2, {"place", "p.roamly", photoID(1)});
+    expectFailure(2, {"place", "p.roamly", photoID(1), "--clear", "--city", ""});
+}
+
 TEST_F(ProjectCommandsTest, TitleIsTrimmedAndAnEmptyOneClears) {
     makeProject();
     EXPECT_EQ(run({"title", "p.roamly", photoID(0), " \u00A0Tram 28 – 電車\n"}).status, 0);

@@ -119,6 +119,19 @@ TEST(ReviewModelTest, SelectedCountCountsSelectedPhotosOnly) {
     EXPECT_EQ(review.selectedCount(), 2U);
 }
 
+TEST(ReviewModelTest, NamesOfPlacesAreTrimmedAndBlankOnesAreNone) {
+    ProjectDocument document{projectOf(1)};
+    ReviewModel review{document};
+    review.setPlace(" Ponta  Delgada\n", "\t\u00A0Portugal ", uuid(1));
+    EXPECT_EQ(document.project().photos[0].location,
+              (ProjectModel::ResolvedLocation{"Ponta  Delgada", "Portugal", Provenance::user}));
+    review.setPlace(" \n", "Portugal", uuid(1));
+    EXPECT_EQ(document.project().photos[0].location,
+              (ProjectModel::ResolvedLocation{std::nullopt, "Portugal", Provenance::user}));
+    review.setPlace("", " ", uuid(1));
+    EXPECT_FALSE(document.project().photos[0].location);
+}
+
 TEST(ReviewModelTest, PlaceIsTheUsersAndIsClearedByNamingNothing) {
     ProjectDocument document{projectOf(1)};
     ReviewModel review{document};

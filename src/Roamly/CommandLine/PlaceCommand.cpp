@@ -8,12 +8,9 @@ namespace CommandLine {
 
 namespace {
 
-/// An empty name is no name: it would show as a stray comma.
 std::optional<std::string> placeName(const Arguments& arguments, std::string_view option) {
     const std::optional<std::string> typed = arguments.value(option);
-    if (!typed || typed->empty())
-        return std::nullopt;
-    return Values::text(*typed, option);
+    return typed ? std::optional{Values::text(*typed, option)} : std::nullopt;
 }
 
 int run(const Invocation& invocation) {
@@ -21,10 +18,10 @@ int run(const Invocation& invocation) {
     const Foundation::Uuid id = Values::uuid(arguments.positionals()[1]);
     const std::optional<std::string> city = placeName(arguments, "--city");
     const std::optional<std::string> country = placeName(arguments, "--country");
-    const bool isNamed = arguments.has("--city") || arguments.has("--country");
+    const bool isNamed = city || country;
     if (arguments.has("--clear") && isNamed)
         throw UsageError("--clear goes with neither --city nor --country.");
-    if (!arguments.has("--clear") && !city && !country)
+    if (!arguments.has("--clear") && !isNamed)
         throw UsageError("A --city, a --country or --clear is missing.");
     return changeProject(invocation, [&](Roamly::ProjectDocument& document) {
         Roamly::ReviewModel{document}.setPlace(city, country, id);
@@ -42,7 +39,9 @@ Command placeCommand() {
         .options = {{"--city", "CITY", "the town; what is not given is unknown then"},
                     {"--country", "COUNTRY", "the country"},
                     {"--clear", {}, "the photo has no place"}},
-        .details = "The place is yours and stays when the photos are analysed again.",
+        .details =
+            "The place is yours and stays when the photos are analysed again. White space at the ends of\n"
+            "the names is dropped; without a name that is left the photo has no place.",
         .examples = {"roamly place Lisbon.roamly 6F9619FF-8B86-D011-B42D-00C04FC964FF --city Sintra "
                      "--country Portugal"},
         .run = run,
