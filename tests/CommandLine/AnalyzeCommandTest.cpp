@@ -1,10 +1,18 @@
 #include "EndToEndTest.h"
 
+#include <Foundation/AtomicFile.h>
+#include <Roamly/TestPhotos.h>
+
+#include <Support/LoopbackServer.h>
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <fstream>
+#include <iterator>
 
+using namespace std::string_literals;
 using nlohmann::json;
 using testing::HasSubstr;
 
@@ -69,15 +77,101 @@ TEST_F(AnalyzeCommandTest, TheUsersOwnChoicesSurviveUntilTheyAreReset) {
     EXPECT_EQ(project()["photos"][0]["location"]["city"], "Home");
 }
 
-TEST_F(AnalyzeCommandTest, InterruptedItLeavesTheProjectAsItWas) {
-    setPosition(0, 38.7107, -9.1366);
-    const std::string before = text("p.roamly");
-    const Ran ran = program.interrupt({"analyze", "p.roamly", "--reset", "--json"}, "geocoding", {SIGINT});
-    // A quick machine may be done before the signal arrives.
-    if (ran.status != 0) {
-        EXPECT_EQ(ran.status, 130);
-        EXPECT_EQ(text("p.roamly"), before);
+namespace {
+
+/// Six photos in places of their own, three of them alike and taken within a minute.
+class InterruptedAnalysisTest : public AnalyzeCommandTest {
+protected:
+    InterruptedAnalysisTest() {
+        for (const char* number : {"1", "2", "3"}) {
+            TestPhotos::write(program / ("burst/"s + number + ".jpg"),
+                              {.colour = 0xC0C020, .date = "2024:05:04 10:00:0"s + number});
+        }
+        EXPECT_EQ(run({"import", "p.roamly", "burst"}).status, 0);
+        for (std::size_t i = 0; i < 6; ++i)
+            setPosition(i, 38.7107 + 0.5 * static_cast<double>(i), -8.6);
     }
+
+    /// The stage of each line of progress.
+    static std::vector<std::string> stages(const Ran& ran) {
+        std::vector<std::string> result;
+        for (const json& line : ran.json()) {
+            if (line.contains("progress"))
+                result.push_back(line["progress"]["stage"]);
+        }
+        return result;
+    }
+    /// The project without what is random in it.
+    [[nodiscard]] json comparable() const {
+        json result = project();
+        for (json& photo : result["photos"]) {
+            if (photo.contains("clusterID"))
+                photo["clusterID"] = "some";
+        }
+        return result;
+    }
+    [[nodiscard]] json cache() const {
+        return json::parse(Foundation::readFile(program.cacheFolder() / "geocode.json"));
+    }
+    [[nodiscard]] std::size_t filesInCache() const {
+        const std::filesystem::directory_iterator begin{program.cacheFolder()};
+        return static_cast<std::size_t>(std::distance(begin, std::filesystem::directory_iterator{}));
+    }
+};
+
+} // namespace
+
+TEST_F(InterruptedAnalysisTest, LeavesTheProjectAsItWasAtWhateverStageAndKeepsThePlaces) {
+    const std::string before = text("p.roamly");
+    const std::vector<std::string> whole = stages(run({"analyze", "p.roamly", "--json"}));
+    const json analysed = comparable();
+    ASSERT_EQ(cache().size(), 6U);
+    const std::vector<std::string> expected{"geocoding",  "geocoding",  "geocoding",  "geocoding",
+                                            "geocoding",  "geocoding",  "clustering", "clustering",
+                                            "clustering", "clustering", "clustering", "clustering",
+                                            "scoring",    "scoring",    "scoring",    "done"};
+    ASSERT_EQ(whole, expected);
+
+    for (const int line : {1, 4, 6, 7, 10, 12, 13, 15}) {
+        SCOPED_TRACE(line);
+        Foundation::writeFileAtomically(program / "p.roamly", before);
+        std::filesystem::remove_all(program.cacheFolder());
+        const Ran ran = program.interrupt({"analyze", "p.roamly", "--json"}, "{\"progress\"", {SIGINT}, line);
+        EXPECT_EQ(ran.status, 130);
+        EXPECT_EQ(ran.err, "roamly: Interrupted.\n");
+        // A line that was on its way comes out yet.
+        EXPECT_LE(stages(ran).size(), static_cast<std::size_t>(line) + 1);
+        EXPECT_THAT(ran.out, testing::Not(HasSubstr("result")));
+        EXPECT_EQ(text("p.roamly"), before);
+        EXPECT_EQ(files(), (std::vector<std::string>{"burst", "p.roamly", "trip"}));
+        EXPECT_GE(cache().size(), static_cast<std::size_t>(std::min(line, 6)));
+        EXPECT_EQ(filesInCache(), 1U);
+    }
+    EXPECT_EQ(run({"analyze", "p.roamly"}).status, 0);
+    EXPECT_EQ(comparable(), analysed);
+}
+
+TEST_F(InterruptedAnalysisTest, EndsAtOnceWhileAServerKeepsItWaiting) {
+    std::atomic<int> asked = 0;
+    const LoopbackServer server{[&](const LoopbackServer::Request&) {
+        LoopbackServer::Answer answer =
+            LoopbackServer::ok(R"({"address":{"city":"Lisbon","country":"Portugal"}})");
+        answer.silent = ++asked > 1;
+        return answer;
+    }};
+    ASSERT_EQ(run({"settings", "geocoderURL", server.url()}).status, 0);
+    const std::string before = text("p.roamly");
+    const Ran ran = program.interrupt({"analyze", "p.roamly", "--json"}, "geocoding", {SIGINT});
+    EXPECT_EQ(ran.status, 130);
+    EXPECT_EQ(text("p.roamly"), before);
+    EXPECT_EQ(cache().size(), 1U);
+}
+
+TEST_F(InterruptedAnalysisTest, MakeKeepsNothingOfIt) {
+    const Ran ran = program.interrupt({"make", "trip", "-o", "m.mov", "--project", "m.roamly", "--json"},
+                                      "clustering", {SIGINT}, 2);
+    EXPECT_EQ(ran.status, 130);
+    EXPECT_EQ(files(), (std::vector<std::string>{"burst", "p.roamly", "trip"}));
 }
 
 TEST_F(AnalyzeCommandTest, ADamagedFileOfTheProgramIsNamed) {

@@ -17,6 +17,8 @@ struct Ran {
     int status = 0;
     std::string out;
     std::string err;
+    /// After a conversation: whether its terminal shows again what is typed.
+    bool terminalEchoes = false;
 
     [[nodiscard]] std::vector<std::string> lines() const;
     /// Each line of standard output as JSON. Throws when one is not.
@@ -50,15 +52,30 @@ public:
     /// Runs it at a terminal where somebody has typed already.
     Ran runTyping(const std::vector<std::string>& words, std::string_view typed);
 
-    /// Starts it, sends the signals once `sign` stands in its standard output, and waits for its end.
+    /// What somebody types when a text has come up. "\x03" is Ctrl-C.
+    struct Typing {
+        std::string_view after;
+        std::string_view typed;
+    };
+    /// Runs it as a shell does, at a terminal where somebody reads and types.
+    Ran converse(const std::vector<std::string>& words, const std::vector<Typing>& typings);
+
+    /// Starts it, sends the signals when `sign` comes in its standard output for the `times`-th time, and
+    /// waits for its end. Meanwhile it waits with the next line that it has to say, so it always has them in
+    /// time.
     Ran interrupt(const std::vector<std::string>& words, std::string_view sign,
-                  const std::vector<int>& signals);
+                  const std::vector<int>& signals, int times = 1);
+
+    /// Where it keeps what can be had again.
+    [[nodiscard]] std::filesystem::path cacheFolder() const;
 
 private:
     struct Situation {
         ErrorTo errorTo = ErrorTo::Pipe;
         std::string_view typed = {};
+        std::vector<Typing> typings = {};
         std::string_view sign = {};
+        int times = 1;
         std::vector<int> signals = {};
     };
     Ran run(const std::vector<std::string>& words, const Situation& situation);

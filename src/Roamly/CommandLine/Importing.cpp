@@ -1,3 +1,4 @@
+#include <Foundation/Cancellation.h>
 #include <Roamly/CommandLine/Counted.h>
 #include <Roamly/CommandLine/Importing.h>
 #include <Roamly/CommandLine/JsonForms.h>
@@ -21,6 +22,8 @@ Roamly::ImportOutcome importFolders(Roamly::ProjectDocument& document, std::span
                                     [&](Foundation::JsonWriter& json) { JsonForms::write(json, progress); });
     };
     Roamly::ImportOutcome outcome = Roamly::ImportCoordinator::importFolders(document, paths, options);
+    // Ctrl-C after the last photo, and before anything is saved, is one all the same.
+    Foundation::throwIfStopped(invocation.stop);
     for (const std::string& notice : outcome.notices)
         invocation.console.warn(notice);
     return outcome;
