@@ -121,19 +121,6 @@ TEST_F(ExportCommandsTest, ExportRefusesBadArguments) {
     EXPECT_FALSE(std::filesystem::exists(program / "m.mov"));
 }
 
-TEST_F(ExportCommandsTest, ANameThatPromisesAnotherKindOfFileIsMisuse) {
-    makeShortProject();
-    for (const char* name : {"m.txt", "m.mp4", "m.mov.bak", "Trip 1.5"}) {
-        expectFailure(2, {"export", "p.roamly", "-o", name});
-        expectFailure(2, {"make", "trip", "-o", name});
-    }
-    EXPECT_EQ(files(), (std::vector<std::string>{"p.roamly", "trip"}));
-    for (const char* name : {"m.mov", "M.MOV", "m.qt", "Film"}) {
-        EXPECT_EQ(run({"export", "p.roamly", "-o", name}).status, 0) << name;
-        EXPECT_TRUE(isMovie(name)) << name;
-    }
-}
-
 TEST_F(ExportCommandsTest, ExportNeverReplacesWhatItIsMadeFrom) {
     makeShortProject();
     Foundation::writeFileAtomically(program / "fado.mp3", "x");

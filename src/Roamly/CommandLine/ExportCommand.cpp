@@ -18,7 +18,6 @@ int run(const Invocation& invocation) {
     OutputFile::checkIsWritable(output);
     const ProjectModel::Project project = Roamly::ProjectStore::load(projectFile).project;
     OutputFile::checkIsNoInput(output, projectFile, project);
-    OutputFile::checkIsNameOfMovie(output);
 
     const Drawing drawing;
     const std::set<Foundation::Uuid> failed = exportMovie(project, settings, preset, output, invocation);

@@ -11,7 +11,7 @@ namespace CommandLine {
 std::vector<Option> exportOptions() {
     return {{.name = "--output",
              .value = "FILE.mov",
-             .help = "the QuickTime movie to write; one that exists is replaced",
+             .help = "the movie to write; one that exists is replaced",
              .shortName = 'o'},
             {.name = "--resolution",
              .value = "SIZE",

@@ -70,7 +70,6 @@ int run(const Invocation& invocation) {
                   .music = std::nullopt,
                   .settings = Roamly::SettingsStore{}.load()};
     const Export::ExportPreset preset = exportPreset(arguments, wishes.settings);
-    OutputFile::checkIsNameOfMovie(wishes.output);
     OutputFile::checkIsWritable(wishes.output);
     if (wishes.projectFile) {
         if (wishes.output.lexically_normal() == std::filesystem::path{*wishes.projectFile}.lexically_normal())

@@ -6,11 +6,8 @@
 
 #include <unistd.h>
 
-#include <algorithm>
-#include <cctype>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <system_error>
 #include <variant>
 
@@ -49,17 +46,6 @@ void checkIsWritable(const std::filesystem::path& file) {
             throw Failure("Where the link " + quoted(file) + " leads nothing can be written.");
         throw Failure("The folder " + quoted(folder) + " can’t be written to.");
     }
-}
-
-void checkIsNameOfMovie(const std::filesystem::path& file) {
-    std::string extension = file.extension().string();
-    std::ranges::transform(extension, extension.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    for (const std::string_view good : {"", ".", ".mov", ".qt"}) {
-        if (extension == good)
-            return;
-    }
-    throw UsageError(quoted(file) + " is no name for the QuickTime movie that is made; end it in .mov.");
 }
 
 void checkIsNoInput(const std::filesystem::path& file, const std::filesystem::path& projectFile,

@@ -11,10 +11,6 @@ namespace CommandLine::OutputFile {
 /// Failure.
 void checkIsWritable(const std::filesystem::path& file);
 
-/// Refuses a name that promises something else than the QuickTime movie that would be written. A name without
-/// an extension promises nothing. Throws UsageError.
-void checkIsNameOfMovie(const std::filesystem::path& file);
-
 /// Refuses to replace what the work is made from: the project's own file, its music, its photos. Throws
 /// Failure.
 void checkIsNoInput(const std::filesystem::path& file, const std::filesystem::path& projectFile,
