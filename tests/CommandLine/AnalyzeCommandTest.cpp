@@ -216,7 +216,7 @@ TEST_F(AnalyzeCommandTest, InspectPlaceTakesNegativeNumbersAndLeavesOutWhatIsNot
 
 TEST_F(AnalyzeCommandTest, InspectsWhatTheNetworksSee) {
     const std::string photo = "trip/1.jpg";
-    EXPECT_EQ(run({"inspect", "features", photo}).json()[0]["features"].size(), 2048U);
+    EXPECT_EQ(run({"inspect", "features", photo}).json()[0]["features"].size(), 1024U);
     const json quality = run({"inspect", "quality", photo}).json()[0];
     for (const char* member : {"variance", "sharpness", "aesthetics", "hasOpenEyedFace", "score"})
         EXPECT_TRUE(quality.contains(member)) << member;
