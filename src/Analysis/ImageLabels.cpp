@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
-#include <fstream>
 #include <sstream>
 #include <unordered_map>
 
@@ -19,9 +18,9 @@ constexpr float leastScore = 0.03F;
 } // namespace
 
 ImageLabels::ImageLabels(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    if (!stream)
-        throw NetworkFileError::missing(file);
+    const NetworkFile table(file);
+    std::istringstream stream(
+        std::string(reinterpret_cast<const char*>(table.bytes().data()), table.bytes().size()));
     std::unordered_map<std::string, std::size_t> known;
     for (std::string line; std::getline(stream, line);) {
         if (line.starts_with('#'))
@@ -39,7 +38,7 @@ ImageLabels::ImageLabels(const std::filesystem::path& file) {
             m_words[entry->second].classes.push_back(number);
         }
     }
-    if (m_words.empty() || stream.bad())
+    if (m_words.empty())
         throw NetworkFileError::damaged(file);
 }
 

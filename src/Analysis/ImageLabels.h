@@ -21,7 +21,7 @@ struct ImageLabel {
 class ImageLabels {
 public:
     /// What the program comes with, for `dataFile`.
-    static constexpr const char* fileName = "image-labels.tsv";
+    static constexpr const char* fileName = "image-labels.bin";
 
     /// Throws NetworkFileError.
     explicit ImageLabels(const std::filesystem::path& file);

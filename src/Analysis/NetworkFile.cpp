@@ -37,12 +37,12 @@ std::uint64_t checksum(std::span<const std::byte> bytes) {
 } // namespace
 
 NetworkFileError NetworkFileError::missing(const std::filesystem::path& file) {
-    return NetworkFileError("The network file " + file.string() + " is missing or cannot be read; " + remedy +
+    return NetworkFileError("The file " + file.string() + " is missing or cannot be read; " + remedy +
                             ".");
 }
 
 NetworkFileError NetworkFileError::damaged(const std::filesystem::path& file) {
-    return NetworkFileError("The network file " + file.string() + " is damaged; " + remedy + ".");
+    return NetworkFileError("The file " + file.string() + " is damaged; " + remedy + ".");
 }
 
 NetworkFile::NetworkFile(const std::filesystem::path& file) {

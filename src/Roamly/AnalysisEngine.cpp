@@ -8,8 +8,8 @@
 #include <Analysis/VisionNetwork.h>
 #include <Analysis/VisionQualityScorer.h>
 #include <Roamly/AnalysisEngine.h>
+#include <Roamly/UserFolders.h>
 
-#include <QStandardPaths>
 #include <utility>
 
 namespace Roamly {
@@ -63,8 +63,7 @@ Geocoding makeGeocoding(const AppSettings& settings) {
 }
 
 std::filesystem::path geocodeCacheFile() {
-    const QString caches = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
-    return std::filesystem::path{caches.toStdString()} / "app.roamly.Roamly" / "geocode.json";
+    return UserFolders::caches() / "geocode.json";
 }
 
 } // namespace Roamly

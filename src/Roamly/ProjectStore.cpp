@@ -4,6 +4,7 @@
 #include <Roamly/ProjectStore.h>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -62,6 +63,22 @@ bool takeFreeName(const std::filesystem::path& file, const std::filesystem::path
 }
 
 } // namespace
+
+std::optional<ProjectStore::FileVersion> ProjectStore::versionOf(const std::filesystem::path& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0)
+        return std::nullopt;
+    return FileVersion{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec,
+                       status.st_mtim.tv_nsec};
+}
+
+void ProjectStore::checkIsUnchanged(const std::filesystem::path& path,
+                                    const std::optional<FileVersion>& version) {
+    const auto now = versionOf(path);
+    if (now && now != version)
+        throw ProjectStoreError("The project " + quoted(path) +
+                                " was changed by another program meanwhile, so nothing was saved.");
+}
 
 LoadedProject ProjectStore::load(const std::filesystem::path& path) {
     std::string bytes;

@@ -1,6 +1,7 @@
 #include <Foundation/Bytes.h>
 #include <Roamly/SettingValue.h>
 #include <Roamly/SettingsStore.h>
+#include <Roamly/UserFolders.h>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -8,7 +9,6 @@
 #include <unistd.h>
 
 #include <QSettings>
-#include <QStandardPaths>
 #include <QString>
 #include <QStringList>
 #include <algorithm>
@@ -208,8 +208,7 @@ const SettingKey* findSettingKey(std::string_view name) {
 }
 
 std::filesystem::path SettingsStore::defaultPath() {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return std::filesystem::path{folder.toStdString()} / "app.roamly.Roamly" / "settings.ini";
+    return UserFolders::settings() / "settings.ini";
 }
 
 SettingsStore::SettingsStore(std::filesystem::path path)

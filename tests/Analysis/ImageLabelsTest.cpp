@@ -15,8 +15,8 @@ namespace {
 class ImageLabelsTest : public testing::Test {
 protected:
     ImageLabels table(const std::string& text) {
-        std::ofstream(m_folder / "labels.tsv") << text;
-        return ImageLabels(m_folder / "labels.tsv");
+        std::ofstream(m_folder / "labels.bin", std::ios::binary) << wrapped(text);
+        return ImageLabels(m_folder / "labels.bin");
     }
 
 private:

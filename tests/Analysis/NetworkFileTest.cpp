@@ -6,8 +6,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <cstring>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -27,21 +25,6 @@ std::string bytesOf(const std::filesystem::path& file) {
 
 void write(const std::filesystem::path& file, const std::string& bytes) {
     std::ofstream(file, std::ios::binary) << bytes;
-}
-
-/// A file whose header fits what it holds.
-std::string wrapped(const std::string& payload) {
-    std::uint64_t sum = 0;
-    for (std::size_t i = 0; i < payload.size(); i += 8) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, payload.data() + i, std::min<std::size_t>(8, payload.size() - i));
-        sum += word * (i / 4 + 1);
-    }
-    const std::uint64_t size = payload.size();
-    std::string header = "RoamlyN1";
-    header.append(reinterpret_cast<const char*>(&size), sizeof(size));
-    header.append(reinterpret_cast<const char*>(&sum), sizeof(sum));
-    return header + payload;
 }
 
 std::string complaint(const std::function<void()>& load) {

@@ -4,6 +4,9 @@
 #include <Analysis/ImageLabels.h>
 #include <Analysis/VisionNetwork.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <string>
 
@@ -11,6 +14,21 @@ namespace Analysis {
 
 inline std::filesystem::path sharedFile(const std::string& name) {
     return std::filesystem::path(ROAMLY_SHARE) / name;
+}
+
+/// A file whose header fits what it holds.
+inline std::string wrapped(const std::string& payload) {
+    std::uint64_t sum = 0;
+    for (std::size_t i = 0; i < payload.size(); i += 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, payload.data() + i, std::min<std::size_t>(8, payload.size() - i));
+        sum += word * (i / 4 + 1);
+    }
+    const std::uint64_t size = payload.size();
+    std::string header = "RoamlyN1";
+    header.append(reinterpret_cast<const char*>(&size), sizeof(size));
+    header.append(reinterpret_cast<const char*>(&sum), sizeof(sum));
+    return header + payload;
 }
 
 // Loading takes a while, so that all tests of the program share what was loaded.

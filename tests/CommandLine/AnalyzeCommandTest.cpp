@@ -214,6 +214,18 @@ TEST_F(AnalyzeCommandTest, InspectPlaceTakesNegativeNumbersAndLeavesOutWhatIsNot
     expectFailure(2, {"inspect", "place", "Rome"});
 }
 
+TEST_F(AnalyzeCommandTest, SavesNothingOverWhatAnotherProgramWroteMeanwhile) {
+    setPosition(0, 38.7107, -9.1366);
+    std::string theirs;
+    const Ran ran = program.runWhile({"analyze", "p.roamly", "--json"}, "\"progress\"", [&] {
+        theirs = text("p.roamly") + "\n";
+        Foundation::writeFileAtomically(program / "p.roamly", theirs);
+    });
+    EXPECT_EQ(ran.status, 1);
+    EXPECT_THAT(ran.err, testing::HasSubstr("was changed by another program meanwhile"));
+    EXPECT_EQ(text("p.roamly"), theirs);
+}
+
 TEST_F(AnalyzeCommandTest, InspectsWhatTheNetworksSee) {
     const std::string photo = "trip/1.jpg";
     EXPECT_EQ(run({"inspect", "features", photo}).json()[0]["features"].size(), 1024U);

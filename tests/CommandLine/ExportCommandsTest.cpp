@@ -150,10 +150,19 @@ TEST_F(ExportCommandsTest, InterruptedItLeavesNoMovieAndEndsWith130) {
     }
 }
 
+TEST_F(ExportCommandsTest, TakesTwoSignalsAtOnceForOneRequest) {
+    makeLongProject();
+    const Ran ran = program.interrupt({"export", "p.roamly", "-o", "m.mov", "--json"}, "Rendering video",
+                                      {SIGINT, SIGINT, SIGTERM});
+    EXPECT_EQ(ran.status, 130) << ran.err;
+    EXPECT_EQ(ran.err, "roamly: Export cancelled.\n");
+    EXPECT_EQ(files(), (std::vector<std::string>{"p.roamly", "trip"}));
+}
+
 TEST_F(ExportCommandsTest, InterruptedTwiceItEndsAtOnceAndLeavesNoMovieEither) {
     makeLongProject();
     const Ran ran = program.interrupt({"export", "p.roamly", "-o", "m.mov", "--json"}, "Rendering video",
-                                      {SIGTERM, SIGINT});
+                                      {SIGTERM, SIGINT}, 1, std::chrono::milliseconds{1200});
     EXPECT_EQ(ran.status, 130) << ran.err;
     EXPECT_EQ(files(), (std::vector<std::string>{"p.roamly", "trip"}));
 }

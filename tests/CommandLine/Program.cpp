@@ -18,6 +18,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
+#include <thread>
 
 namespace {
 
@@ -167,8 +168,18 @@ Ran Program::converse(const std::vector<std::string>& words, const std::vector<T
 }
 
 Ran Program::interrupt(const std::vector<std::string>& words, std::string_view sign,
-                       const std::vector<int>& signals, int times) {
-    return run(words, Situation{.sign = sign, .times = times, .signals = signals});
+                       const std::vector<int>& signals, int times, std::chrono::milliseconds pause) {
+    return run(words, Situation{.sign = sign, .times = times, .meanwhile = [&] {
+                                    for (const int signal : signals) {
+                                        deliver(m_child, signal);
+                                        std::this_thread::sleep_for(pause);
+                                    }
+                                }});
+}
+
+Ran Program::runWhile(const std::vector<std::string>& words, std::string_view sign,
+                      const std::function<void()>& meanwhile) {
+    return run(words, Situation{.sign = sign, .meanwhile = meanwhile});
 }
 
 std::filesystem::path Program::cacheFolder() const {
@@ -176,7 +187,7 @@ std::filesystem::path Program::cacheFolder() const {
 }
 
 Ran Program::run(const std::vector<std::string>& words, const Situation& situation) {
-    const Channel out = situation.signals.empty() ? makePipe() : makeOneLinePipe();
+    const Channel out = situation.meanwhile ? makeOneLinePipe() : makePipe();
     const Channel report = makePipe();
     const Channel err = situation.errorTo == ErrorTo::Terminal ? makeTerminal() : makePipe();
     const std::string config = (m_home / "config").string();
@@ -228,19 +239,19 @@ Ran Program::run(const std::vector<std::string>& words, const Situation& situati
         throw std::system_error(errno, std::generic_category(), "typing");
 
     Ran ran;
-    bool hasSignalled = situation.signals.empty();
+    m_child = child;
+    bool isOver = !situation.meanwhile;
     auto typing = situation.typings.begin();
     std::size_t answered = 0;
     pollfd inputs[2] = {{out.reader, POLLIN, 0}, {err.reader, POLLIN, 0}};
     while (inputs[0].fd >= 0 || inputs[1].fd >= 0) {
         if (::poll(inputs, 2, -1) < 0 && errno != EINTR)
             break;
-        if (inputs[0].revents != 0 && !hasSignalled &&
+        if (inputs[0].revents != 0 && !isOver &&
             countOf(situation.sign, ran.out + lineIn(out.reader)) >=
                 static_cast<std::size_t>(situation.times)) {
-            hasSignalled = true;
-            for (const int signal : situation.signals)
-                deliver(child, signal);
+            isOver = true;
+            situation.meanwhile();
         }
         if (inputs[0].revents != 0 && !readSome(out.reader, ran.out))
             inputs[0].fd = -1;

@@ -5,7 +5,9 @@
 #include <nlohmann/json.hpp>
 #include <sys/types.h>
 
+#include <chrono>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -60,11 +62,16 @@ public:
     /// Runs it as a shell does, at a terminal where somebody reads and types.
     Ran converse(const std::vector<std::string>& words, const std::vector<Typing>& typings);
 
-    /// Starts it, sends the signals when `sign` comes in its standard output for the `times`-th time, and
-    /// waits for its end. Meanwhile it waits with the next line that it has to say, so it always has them in
-    /// time.
+    /// Starts it, sends the signals, a pause apart, when `sign` comes in its standard output for the
+    /// `times`-th time, and waits for its end. Meanwhile it waits with the next line that it has to say, so
+    /// it always has them in time.
     Ran interrupt(const std::vector<std::string>& words, std::string_view sign,
-                  const std::vector<int>& signals, int times = 1);
+                  const std::vector<int>& signals, int times = 1, std::chrono::milliseconds pause = {});
+
+    /// Starts it, does something when `sign` comes in its standard output, and waits for its end. Meanwhile
+    /// it waits with the next line that it has to say.
+    Ran runWhile(const std::vector<std::string>& words, std::string_view sign,
+                 const std::function<void()>& meanwhile);
 
     /// Where it keeps what can be had again.
     [[nodiscard]] std::filesystem::path cacheFolder() const;
@@ -76,13 +83,14 @@ private:
         std::vector<Typing> typings = {};
         std::string_view sign = {};
         int times = 1;
-        std::vector<int> signals = {};
+        std::function<void()> meanwhile = {};
     };
     Ran run(const std::vector<std::string>& words, const Situation& situation);
 
     Foundation::Testing::TemporaryFolder m_folder;
     Foundation::Testing::TemporaryFolder m_home;
     std::string m_program = ROAMLY_PROGRAM;
+    pid_t m_child = 0;
     std::map<std::string, std::string> m_environment;
     std::string m_input;
 };

@@ -11,12 +11,12 @@ import onnx
 from onnx import TensorProto, helper
 
 OPSET = 13
-MANIFEST = pathlib.Path(__file__).resolve().parents[2] / "data/manifest.json"
+DATA = pathlib.Path(__file__).resolve().parents[2] / "data"
 
 
 def pinned(packages, name):
     """The folder where tools/fetch-data keeps the package."""
-    for package in json.loads(MANIFEST.read_text())["packages"]:
+    for package in json.loads((DATA / "manifest.json").read_text())["packages"]:
         if package["name"] == name:
             return packages / f"{name}@{package['version']}".replace("/", "+")
     raise KeyError(name)

@@ -4,6 +4,7 @@
 #include <pthread.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <utility>
@@ -14,6 +15,10 @@ namespace {
 
 /// Wakes the watcher when nothing is left to watch.
 constexpr int wakeUp = SIGUSR1;
+
+/// Who asks a program and then its whole group, as timeout(1) does, asks twice and means it once; and so may
+/// somebody whose key bounced.
+constexpr std::chrono::seconds sameRequest{1};
 
 sigset_t watchedSignals() {
     sigset_t signals;
@@ -35,6 +40,7 @@ Interruption::Interruption(std::function<void()> lastly) {
     const sigset_t signals = watchedSignals();
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     m_watcher = std::jthread{[this, signals, lastly = std::move(lastly)](const std::stop_token& ended) {
+        std::chrono::steady_clock::time_point first;
         while (true) {
             int signal = 0;
             if (sigwait(&signals, &signal) != 0)
@@ -43,7 +49,10 @@ Interruption::Interruption(std::function<void()> lastly) {
                 return;
             if (signal == wakeUp)
                 continue;
-            if (!m_source.request_stop()) {
+            const auto now = std::chrono::steady_clock::now();
+            if (m_source.request_stop()) {
+                first = now;
+            } else if (now - first > sameRequest) {
                 if (lastly)
                     lastly();
                 ::_exit(ExitStatus::interrupted);

@@ -6,9 +6,10 @@
 
 namespace CommandLine {
 
-/// Turns Ctrl-C and requests to terminate into a stop token. The first asks the work to end; the second ends
-/// the process at once, after `lastly`; files that are replaced as a whole stay as they were. Made before any
-/// other thread: the signals are held back in all threads and taken by one of its own.
+/// Turns Ctrl-C and requests to terminate into a stop token. The first asks the work to end; one that comes
+/// more than a second later ends the process at once, after `lastly`; files that are replaced as a whole stay
+/// as they were. Made before any other thread: the signals are held back in all threads and taken by one of
+/// its own.
 class Interruption {
 public:
     explicit Interruption(std::function<void()> lastly = {});

@@ -1,5 +1,4 @@
 #include <Roamly/CommandLine/ProjectSession.h>
-#include <Roamly/ProjectStore.h>
 
 namespace CommandLine {
 
@@ -7,6 +6,7 @@ ProjectSession::ProjectSession(const std::filesystem::path& path, Work work, con
     : m_path(path)
     , m_lock(path, invocation.stop,
              [&] { invocation.console.say("Waiting for another command that is changing the project."); }) {
+    m_version = Roamly::ProjectStore::versionOf(path);
     Roamly::LoadedProject loaded = Roamly::ProjectStore::load(path);
     if (work == Work::Long)
         Roamly::ProjectStore::checkCanSave(path);
@@ -20,7 +20,9 @@ ProjectSession::ProjectSession(const std::filesystem::path& path, Work work, con
 bool ProjectSession::save() {
     if (!m_mustSave && project() == m_saved)
         return false;
+    Roamly::ProjectStore::checkIsUnchanged(m_path, m_version);
     Roamly::ProjectStore::save(m_path, project());
+    m_version = Roamly::ProjectStore::versionOf(m_path);
     m_saved = project();
     m_mustSave = false;
     return true;

@@ -3,8 +3,10 @@
 #include <Roamly/CommandLine/Command.h>
 #include <Roamly/CommandLine/ProjectLock.h>
 #include <Roamly/ProjectDocument.h>
+#include <Roamly/ProjectStore.h>
 
 #include <filesystem>
+#include <optional>
 
 namespace CommandLine {
 
@@ -20,7 +22,8 @@ public:
     [[nodiscard]] const ProjectModel::Project& project() const { return m_document.project(); }
     [[nodiscard]] Roamly::ProjectDocument& document() { return m_document; }
 
-    /// Writes the file unless it holds just this already; true when it did. Throws ProjectStoreError.
+    /// Writes the file unless it holds just this already; true when it did. Throws ProjectStoreError, also
+    /// when another program wrote the file since it was loaded.
     bool save();
 
 private:
@@ -28,6 +31,7 @@ private:
     ProjectLock m_lock;
     Roamly::ProjectDocument m_document;
     ProjectModel::Project m_saved;
+    std::optional<Roamly::ProjectStore::FileVersion> m_version;
     bool m_mustSave = false;
 };
 
