@@ -213,6 +213,15 @@ TEST_F(CaptionKeyTest, TheKeyIsSetReadAndCleared) {
     expectFailure(2, {"settings", "key", "set", key});
 }
 
+TEST_F(CaptionKeyTest, TheKeyIsTypedUnseenAtATerminal) {
+    const Ran ran =
+        program.converse({"settings", "key", "set"}, {{"OpenRouter API key: ", std::string{key} + "\n"}});
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_THAT(ran.err + ran.out, Not(HasSubstr(key)));
+    EXPECT_EQ(run({"caption", "p.roamly", "--provider", "openRouter", "--yes"}).status, 0);
+    EXPECT_EQ(server.requests().at(0).header("Authorization"), std::string{"Bearer "} + key);
+}
+
 TEST_F(CaptionKeyTest, TheCloudServiceGetsTheKeyAndNothingElseDoes) {
     storeKey();
     const Ran ran = run({"caption", "p.roamly", "--provider", "openRouter", "--yes"});

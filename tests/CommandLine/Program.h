@@ -56,8 +56,8 @@ public:
 
     /// What somebody types when a text has come up. "\x03" is Ctrl-C.
     struct Typing {
-        std::string_view after;
-        std::string_view typed;
+        std::string after;
+        std::string typed;
     };
     /// Runs it as a shell does, at a terminal where somebody reads and types.
     Ran converse(const std::vector<std::string>& words, const std::vector<Typing>& typings);

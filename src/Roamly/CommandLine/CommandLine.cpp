@@ -7,6 +7,7 @@
 #include <Roamly/CommandLine/Help.h>
 #include <Roamly/CommandLine/Interruption.h>
 #include <Roamly/CommandLine/ManualPage.h>
+#include <Roamly/CommandLine/Prompt.h>
 #include <Roamly/CommandLine/Suggestion.h>
 #include <Roamly/CommandLine/Version.h>
 
@@ -69,7 +70,10 @@ int runCommand(const Command& command, const std::vector<std::string>& words) {
         std::vector<Option> options = command.options;
         options.insert(options.end(), commonOptions().begin(), commonOptions().end());
         const Arguments arguments = Arguments::parse(words, options, command.positionals);
-        const Interruption interruption{Export::discardUnfinishedMovies};
+        const Interruption interruption{[] {
+            Export::discardUnfinishedMovies();
+            restoreTerminal();
+        }};
         Console console{arguments.has("--json")};
         return command.run({arguments, console, interruption.token()});
     } catch (const UsageError& error) {

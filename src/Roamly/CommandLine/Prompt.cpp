@@ -10,6 +10,8 @@
 
 #include <array>
 #include <cstdio>
+#include <mutex>
+#include <optional>
 #include <string>
 
 namespace CommandLine {
@@ -24,28 +26,37 @@ void waitForInput(const std::stop_token& stop) {
         Foundation::throwIfStopped(stop);
 }
 
+/// How the terminal was before it was told not to show what is typed.
+struct Terminal {
+    std::mutex mutex;
+    std::optional<termios> before;
+};
+
+Terminal& terminal() {
+    static Terminal instance;
+    return instance;
+}
+
 /// The terminal does not show what is typed for as long as this lives.
 class EchoOff {
 public:
     EchoOff() {
-        if (::tcgetattr(STDIN_FILENO, &m_before) != 0)
+        const std::lock_guard lock{terminal().mutex};
+        termios before{};
+        if (::tcgetattr(STDIN_FILENO, &before) != 0)
             return;
-        termios silent = m_before;
+        terminal().before = before;
+        termios silent = before;
         silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-        m_isOff = ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent) == 0;
+        ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent);
     }
     ~EchoOff() {
-        if (m_isOff) {
-            ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before);
-            std::fputc('\n', stderr);
-        }
+        restoreTerminal();
+        // The line end that was typed was not shown either.
+        std::fputc('\n', stderr);
     }
     EchoOff(const EchoOff&) = delete;
     EchoOff& operator=(const EchoOff&) = delete;
-
-private:
-    termios m_before{};
-    bool m_isOff = false;
 };
 
 /// Up to the end of the input, or of the line where a person types it.
@@ -65,6 +76,13 @@ std::string readInput(bool oneLine, const std::stop_token& stop) {
 
 } // namespace
 
+void restoreTerminal() {
+    const std::lock_guard lock{terminal().mutex};
+    if (terminal().before)
+        ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &*terminal().before);
+    terminal().before.reset();
+}
+
 bool canAsk() {
     return ::isatty(STDIN_FILENO) == 1 && ::isatty(STDERR_FILENO) == 1;
 }
@@ -78,8 +96,9 @@ bool askYesNo(std::string_view question, const std::stop_token& stop) {
 std::string askSecret(std::string_view question, const std::stop_token& stop) {
     if (::isatty(STDIN_FILENO) != 1)
         return std::string{Foundation::trimmed(readInput(false, stop))};
-    std::fputs((std::string{question} + " ").c_str(), stderr);
+    // In this order, for those who type as soon as they are asked.
     const EchoOff echoOff;
+    std::fputs((std::string{question} + " ").c_str(), stderr);
     return std::string{Foundation::trimmed(readInput(true, stop))};
 }
 

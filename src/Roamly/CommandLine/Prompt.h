@@ -19,6 +19,10 @@ namespace CommandLine {
 /// input. Without white space at its ends. Throws Foundation::Cancelled.
 [[nodiscard]] std::string askSecret(std::string_view question, const std::stop_token& stop);
 
+/// Lets the terminal show again what is typed, if a question turned that off, for a process that is about to
+/// end without unwinding. Thread-safe.
+void restoreTerminal();
+
 /// What a choice of a provider that receives the photos needs: says what happens to them and asks, on a
 /// terminal; elsewhere the user must have said --yes. Throws Failure when they did not,
 /// Foundation::Cancelled.
