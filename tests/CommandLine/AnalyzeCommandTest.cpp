@@ -63,26 +63,12 @@ TEST_F(AnalyzeCommandTest, ReportsItsStagesInOrder) {
     EXPECT_EQ(stages.back(), "done");
 }
 
-TEST_F(AnalyzeCommandTest, TheUsersOwnChoicesSurviveUntilTheyAreReset) {
-    setPosition(0, 38.7107, -9.1366);
-    const std::string id = photoID(0);
-    ASSERT_EQ(run({"place", "p.roamly", id, "--city", "Home"}).status, 0);
-    ASSERT_EQ(run({"deselect", "p.roamly", id}).status, 0);
-    for (int i = 0; i < 2; ++i)
-        ASSERT_EQ(run({"analyze", "p.roamly"}).status, 0);
-    EXPECT_EQ(project()["photos"][0]["location"]["city"], "Home");
-    EXPECT_EQ(project()["photos"][0]["isSelected"], false);
-    ASSERT_EQ(run({"analyze", "p.roamly", "--reset"}).status, 0);
-    EXPECT_EQ(project()["photos"][0]["isSelected"], true);
-    EXPECT_EQ(project()["photos"][0]["location"]["city"], "Home");
-}
-
 namespace {
 
 /// Six photos in places of their own, three of them alike and taken within a minute.
-class InterruptedAnalysisTest : public AnalyzeCommandTest {
+class TripAnalysisTest : public AnalyzeCommandTest {
 protected:
-    InterruptedAnalysisTest() {
+    TripAnalysisTest() {
         for (const char* number : {"1", "2", "3"}) {
             TestPhotos::write(program / ("burst/"s + number + ".jpg"),
                               {.colour = 0xC0C020, .date = "2024:05:04 10:00:0"s + number});
@@ -110,6 +96,28 @@ protected:
         }
         return result;
     }
+    /// The members of a photo, by its id, that the user and the analysis decide.
+    [[nodiscard]] json decided(const std::string& id) const {
+        json result;
+        const json project = this->project();
+        for (const json& photo : project["photos"]) {
+            if (photo["id"] != id)
+                continue;
+            for (const char* member :
+                 {"isSelected", "selectionProvenance", "location", "caption", "captionProvenance"}) {
+                if (photo.contains(member))
+                    result[member] = photo[member];
+            }
+        }
+        return result;
+    }
+    [[nodiscard]] std::vector<std::string> order() const {
+        std::vector<std::string> ids;
+        const json project = this->project();
+        for (const json& photo : project["photos"])
+            ids.push_back(photo["id"]);
+        return ids;
+    }
     [[nodiscard]] json cache() const {
         return json::parse(Foundation::readFile(program.cacheFolder() / "geocode.json"));
     }
@@ -121,7 +129,64 @@ protected:
 
 } // namespace
 
-TEST_F(InterruptedAnalysisTest, LeavesTheProjectAsItWasAtWhateverStageAndKeepsThePlaces) {
+TEST_F(TripAnalysisTest, TheUsersOwnChoicesSurviveEveryLaterAnalysis) {
+    ASSERT_EQ(run({"analyze", "p.roamly"}).status, 0);
+    // Of the burst, the last three, the analysis keeps one.
+    std::string kept;
+    std::string dropped;
+    for (std::size_t i = 3; i < 6; ++i)
+        (project()["photos"][i]["isSelected"] == true ? kept : dropped) = photoID(i);
+    ASSERT_FALSE(kept.empty());
+    ASSERT_FALSE(dropped.empty());
+    const std::string first = photoID(0);
+    const std::string second = photoID(1);
+    const std::string third = photoID(2);
+
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"select", "p.roamly", dropped},
+                                                  {"deselect", "p.roamly", kept, first},
+                                                  {"place", "p.roamly", first, "--city", "Home"},
+                                                  {"place", "p.roamly", second, "--clear"},
+                                                  {"title", "p.roamly", third, "Tram 28"},
+                                                  {"move", "p.roamly", "0", "--to", "6"}})
+        ASSERT_EQ(run(words).status, 0) << words[0];
+    const json home{{"city", "Home"}, {"provenance", "user"}};
+    const json found = decided(third)["location"];
+    EXPECT_EQ(found["provenance"], "geocoded");
+    const std::vector<std::string> order = this->order();
+    EXPECT_EQ(order.back(), first);
+
+    const auto expectOwnPlacesAndTexts = [&] {
+        EXPECT_EQ(decided(first)["location"], home);
+        // A place that was taken away is looked for again.
+        EXPECT_EQ(decided(second)["location"]["provenance"], "geocoded");
+        EXPECT_EQ(decided(third)["location"], found);
+        EXPECT_EQ(decided(third)["caption"], "Tram 28");
+        EXPECT_EQ(decided(third)["captionProvenance"], "user");
+        EXPECT_EQ(this->order(), order);
+    };
+    const auto selection = [&](const std::string& id) {
+        const json photo = decided(id);
+        return json{photo["isSelected"], photo["selectionProvenance"]};
+    };
+    for (int i = 0; i < 2; ++i) {
+        SCOPED_TRACE(i);
+        ASSERT_EQ(run({"analyze", "p.roamly"}).status, 0);
+        EXPECT_EQ(selection(dropped), (json{true, "user"}));
+        EXPECT_EQ(selection(kept), (json{false, "user"}));
+        EXPECT_EQ(selection(first), (json{false, "user"}));
+        EXPECT_EQ(selection(second), (json{true, "proposed"}));
+        expectOwnPlacesAndTexts();
+    }
+
+    // Only what is selected begins anew.
+    ASSERT_EQ(run({"analyze", "p.roamly", "--reset"}).status, 0);
+    EXPECT_EQ(selection(dropped), (json{false, "proposed"}));
+    EXPECT_EQ(selection(kept), (json{true, "proposed"}));
+    EXPECT_EQ(selection(first), (json{true, "proposed"}));
+    expectOwnPlacesAndTexts();
+}
+
+TEST_F(TripAnalysisTest, InterruptedItLeavesTheProjectAsItWasAtWhateverStageAndKeepsThePlaces) {
     const std::string before = text("p.roamly");
     const std::vector<std::string> whole = stages(run({"analyze", "p.roamly", "--json"}));
     const json analysed = comparable();
@@ -151,7 +216,7 @@ TEST_F(InterruptedAnalysisTest, LeavesTheProjectAsItWasAtWhateverStageAndKeepsTh
     EXPECT_EQ(comparable(), analysed);
 }
 
-TEST_F(InterruptedAnalysisTest, EndsAtOnceWhileAServerKeepsItWaiting) {
+TEST_F(TripAnalysisTest, InterruptedItEndsAtOnceWhileAServerKeepsItWaiting) {
     std::atomic<int> asked = 0;
     const LoopbackServer server{[&](const LoopbackServer::Request&) {
         LoopbackServer::Answer answer =
@@ -167,7 +232,7 @@ TEST_F(InterruptedAnalysisTest, EndsAtOnceWhileAServerKeepsItWaiting) {
     EXPECT_EQ(cache().size(), 1U);
 }
 
-TEST_F(InterruptedAnalysisTest, MakeKeepsNothingOfIt) {
+TEST_F(TripAnalysisTest, InterruptedMakeKeepsNothing) {
     const Ran ran = program.interrupt({"make", "trip", "-o", "m.mov", "--project", "m.roamly", "--json"},
                                       "clustering", {SIGINT}, 2);
     EXPECT_EQ(ran.status, 130);
