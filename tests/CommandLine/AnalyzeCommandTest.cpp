@@ -253,10 +253,13 @@ TEST_F(AnalyzeCommandTest, ADamagedFileOfTheProgramIsNamed) {
     EXPECT_EQ(text("p.roamly"), before);
 }
 
-TEST_F(AnalyzeCommandTest, MakeAnnouncesPlacesThatItFoundItself) {
-    const Ran ran = run({"make", "trip", "-o", "m.mov", "--project", "m.roamly", "--json"});
+TEST_F(AnalyzeCommandTest, MakeAnalysesToo) {
+    ASSERT_EQ(run({"settings", "photoDuration", "0.2"}).status, 0);
+    setPosition(0, 38.7107, -9.1366);
+    const Ran ran = run({"make", "trip", "-o", "m.mov", "--project", "p.roamly", "--json"});
     EXPECT_EQ(ran.status, 0) << ran.err;
     EXPECT_THAT(ran.out, HasSubstr("clustering"));
+    EXPECT_EQ(project()["photos"][0]["location"]["city"], "Lisbon");
 }
 
 TEST_F(AnalyzeCommandTest, InspectClustersListsTheGroupsInProjectOrder) {
