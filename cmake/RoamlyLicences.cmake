@@ -14,6 +14,8 @@ foreach(index RANGE ${last})
     string(APPEND licences "  ${attribution} (${name} ${version})\n")
   endif()
 endforeach()
+string(APPEND licences
+  "  Perceived quality: BRISQUE as trained on the LIVE database, OpenCV, Apache-2.0 (Debian's opencv-data)\n")
 string(APPEND licences "\nLibraries of the system, under their own licences: Qt, FFmpeg with libx264 and libx265, libvips, LibRaw,\n"
   "Exiv2, libde265, Little CMS, brotli, GLib, zimg, libcurl, libsecret, JSON for Modern C++.\n")
 file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/share/roamly/licences.txt" CONTENT "${licences}" @ONLY)

@@ -243,8 +243,9 @@ int main(int argc, char** argv) {
                                                   : Analysis::dataFile(Analysis::VisionNetwork::fileName));
     const Analysis::FaceFinder faces(Analysis::dataFile(Analysis::FaceFinder::detectorFileName),
                                      Analysis::dataFile(Analysis::FaceFinder::landmarksFileName));
+    const Analysis::Aesthetics aesthetics(Analysis::dataFile(Analysis::Aesthetics::fileName));
     Analysis::VisionFeaturePrinter printer(vision);
-    Analysis::VisionQualityScorer scorer(faces);
+    Analysis::VisionQualityScorer scorer(aesthetics, faces);
 
     const Taken decoding = report(
         "decoding", count, timed(count, [&](std::size_t i) { (void)decoded(files[i % files.size()]); }));
@@ -252,7 +253,7 @@ int main(int argc, char** argv) {
     report("vision network", count, timed(count, [&](std::size_t i) { (void)vision.look(image(i)); }));
     report("finding faces", count, timed(count, [&](std::size_t i) { (void)faces.faces(image(i)); }));
     report("aesthetics", count,
-           timed(count, [&](std::size_t i) { (void)Analysis::Aesthetics::score(image(i)); }));
+           timed(count, [&](std::size_t i) { (void)aesthetics.score(image(i)); }));
     images = {};
     forgetPeak();
     const Taken whole = report("whole run", count, wholeRun(files, count, printer, scorer));

@@ -1,36 +1,44 @@
 #pragma once
 
+#include <Analysis/Brisque.h>
+#include <Analysis/PhotoDetail.h>
+#include <Analysis/PhotoTones.h>
+
 #include <Foundation/Image.h>
 
-namespace Analysis::Aesthetics {
+#include <filesystem>
 
-/// What can be measured of how well a photo was taken, each of the image in 8-bit grey (ITU-R BT.601
-/// weights).
-struct Measures {
-    /// How evenly the photo uses its tones: the entropy of its 64 levels of grey after averaging 4×4 pixels,
-    /// so that noise adds nothing. 0…1.
-    double tonalRange = 0;
-    /// The part of pixels that are almost white, almost black, and of which a colour is burnt out. 0…1.
-    double whites = 0;
-    double blacks = 0;
-    double burntOut = 0;
-    /// 0…1.
-    double meanBrightness = 0;
-    /// The standard deviation after averaging 4×4 pixels. 0…0.5.
-    double contrast = 0;
-    /// As by SharpnessScorer.
-    double laplacianVariance = 0;
-    /// The standard deviation of noise, in levels of grey: what the calmest tenth of all 16×16 blocks shows.
-    double noise = 0;
+namespace Analysis {
+
+/// How good a photo looks: well exposed, sharp and free of noise is better. Any thread.
+class Aesthetics {
+public:
+    static constexpr const char* fileName = Brisque::fileName;
+
+    struct Measures {
+        PhotoTones tones;
+        PhotoDetail detail;
+        /// How distorted the photo looks, 0…100.
+        double brisque = 0;
+        /// The variance of the photo's normalised contrast at half its size; about 0.2…1, higher when fine
+        /// structure fills the photo, as noise does.
+        double texture = 0;
+    };
+
+    /// Loads the model of Brisque. Throws NetworkFileError.
+    explicit Aesthetics(const std::filesystem::path& file);
+
+    /// Both sides must be at least Brisque::smallestSide pixels.
+    [[nodiscard]] Measures measures(const Foundation::Image& image) const;
+
+    /// 0…1. A photo's blurred, noisy or badly exposed version scores lower than the photo, also after the
+    /// sharpness of BestShotSelector is added, which takes noise for detail. 0.5 for an image too small to
+    /// tell.
+    [[nodiscard]] double score(const Foundation::Image& image) const;
+    [[nodiscard]] static double score(const Measures& measures);
+
+private:
+    Brisque m_brisque;
 };
 
-/// Both sides must be at least 3 pixels. Any thread.
-[[nodiscard]] Measures measures(const Foundation::Image& image);
-
-/// How good a photo looks, 0…1: well exposed, sharp and free of noise is better. A photo's blurred, noisy or
-/// badly exposed version scores lower than the photo, also after the sharpness of BestShotSelector is added,
-/// which takes noise for detail. 0.5 for an image too small to tell. Any thread.
-[[nodiscard]] double score(const Foundation::Image& image);
-[[nodiscard]] double score(const Measures& measures);
-
-} // namespace Analysis::Aesthetics
+} // namespace Analysis

@@ -1,4 +1,3 @@
-#include <Analysis/Aesthetics.h>
 #include <Analysis/VisionQualityScorer.h>
 
 #include <algorithm>
@@ -6,12 +5,13 @@
 
 namespace Analysis {
 
-VisionQualityScorer::VisionQualityScorer(const FaceFinder& finder)
-    : m_finder(finder) {}
+VisionQualityScorer::VisionQualityScorer(const Aesthetics& aesthetics, const FaceFinder& finder)
+    : m_aesthetics(aesthetics)
+    , m_finder(finder) {}
 
 ImageQuality VisionQualityScorer::quality(const Foundation::Image& image) {
     ImageQuality quality;
-    quality.aesthetics = Aesthetics::score(image);
+    quality.aesthetics = m_aesthetics.score(image);
     try {
         const auto faces = m_finder.faces(image);
         quality.hasOpenEyedFace = std::any_of(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Analysis/Aesthetics.h>
 #include <Analysis/FaceFinder.h>
 #include <Analysis/ImageQualityScoring.h>
 
@@ -8,13 +9,14 @@ namespace Analysis {
 /// Judges by Aesthetics and by the faces in the image.
 class VisionQualityScorer final : public ImageQualityScoring {
 public:
-    /// Borrows the finder for its lifetime.
-    explicit VisionQualityScorer(const FaceFinder& finder);
+    /// Borrows both for its lifetime.
+    VisionQualityScorer(const Aesthetics& aesthetics, const FaceFinder& finder);
 
     /// When the networks fail, there are no faces.
     [[nodiscard]] ImageQuality quality(const Foundation::Image& image) override;
 
 private:
+    const Aesthetics& m_aesthetics;
     const FaceFinder& m_finder;
 };
 

@@ -1,3 +1,4 @@
+#include <Analysis/Aesthetics.h>
 #include <Analysis/DataFile.h>
 #include <Analysis/FaceFinder.h>
 #include <Analysis/ImageLabels.h>
@@ -19,8 +20,9 @@ struct VisionEngine::Networks {
     Analysis::ImageLabels labels{Analysis::dataFile(Analysis::ImageLabels::fileName)};
     Analysis::FaceFinder faces{Analysis::dataFile(Analysis::FaceFinder::detectorFileName),
                                Analysis::dataFile(Analysis::FaceFinder::landmarksFileName)};
+    Analysis::Aesthetics aesthetics{Analysis::dataFile(Analysis::Aesthetics::fileName)};
     Analysis::VisionFeaturePrinter printer{network};
-    Analysis::VisionQualityScorer scorer{faces};
+    Analysis::VisionQualityScorer scorer{aesthetics, faces};
     Analysis::VisionClassifier classifier{network, labels};
 };
 

@@ -47,6 +47,7 @@ TEST(NetworkFileTest, SaysWhichFileIsMissingAndHowToGetItBack) {
     EXPECT_THAT(complaint([&] { const FaceFinder finder(sharedFile(FaceFinder::detectorFileName), file); }),
                 isClear);
     EXPECT_THAT(complaint([&] { const ImageLabels labels(file); }), isClear);
+    EXPECT_THAT(complaint([&] { const Aesthetics aesthetics(file); }), isClear);
 }
 
 TEST(NetworkFileTest, TakesAFolderForAMissingFile) {
@@ -96,9 +97,32 @@ TEST(NetworkFileTest, RefusesIntactFilesThatHoldAnotherNetworkOrNone) {
                                        bytesOf(sharedFile(FaceFinder::landmarksFileName)).substr(24)}) {
         write(file, wrapped(payload));
         EXPECT_THAT(complaint([&] { const VisionNetwork network(file); }), HasSubstr("is damaged"));
+        EXPECT_THAT(complaint([&] { const Aesthetics aesthetics(file); }), HasSubstr("is damaged"));
         EXPECT_THAT(
             complaint([&] { const FaceFinder finder(file, sharedFile(FaceFinder::landmarksFileName)); }),
             HasSubstr("is damaged"));
+    }
+}
+
+TEST(NetworkFileTest, RefusesIntactFilesThatHoldAnImpossibleQualityModel) {
+    const TemporaryFolder folder;
+    const auto file = folder / "quality.bin";
+    const std::string model = bytesOf(sharedFile(Aesthetics::fileName)).substr(24);
+    write(file, wrapped(model));
+    EXPECT_EQ(complaint([&] { const Aesthetics aesthetics(file); }), "no complaint");
+    const auto changed = [&](std::size_t place, std::uint64_t value, std::size_t size) {
+        std::string other = model;
+        std::memcpy(other.data() + place, &value, size);
+        return other;
+    };
+    constexpr std::uint64_t notANumber = 0x7ff8000000000000;
+    // The numbers of features and of vectors; gamma; a lowest value that is not; and sizes.
+    for (const std::string& other :
+         {changed(0, 35, 4), changed(4, 0, 4), changed(4, 775, 4), changed(4, 0xffffffff, 4),
+          changed(8, notANumber, 8), changed(24, 0x7fe0000000000000, 8), model.substr(0, model.size() - 4),
+          model + "1234"}) {
+        write(file, wrapped(other));
+        EXPECT_THAT(complaint([&] { const Aesthetics aesthetics(file); }), HasSubstr("is damaged"));
     }
 }
 

@@ -103,6 +103,26 @@ Image blurred(const Image& image, int radius) {
     return result;
 }
 
+Image moved(const Image& image, int length, int x, int y) {
+    Image result = image;
+    std::size_t out = 0;
+    for (int row = 0; row < image.height; ++row) {
+        for (int column = 0; column < image.width; ++column) {
+            std::array<int, 3> sum{};
+            for (int i = -length / 2; i <= length / 2; ++i) {
+                const std::uint8_t* const pixel =
+                    image.row(std::clamp(row + i * y, 0, image.height - 1)) +
+                    static_cast<std::size_t>(std::clamp(column + i * x, 0, image.width - 1)) * 3;
+                for (std::size_t channel = 0; channel < 3; ++channel)
+                    sum[channel] += pixel[channel];
+            }
+            for (const int value : sum)
+                result.pixels[out++] = static_cast<std::uint8_t>(value / length);
+        }
+    }
+    return result;
+}
+
 Image noisy(const Image& image, double deviation) {
     Dice dice(7);
     Image result = image;

@@ -12,6 +12,8 @@ namespace Analysis::PaintedPhotos {
 [[nodiscard]] Foundation::Image scene(std::uint32_t seed, int width, int height, int shift = 0);
 
 [[nodiscard]] Foundation::Image blurred(const Foundation::Image& image, int radius);
+/// As if the camera had moved by `length` pixels (odd) during the exposure, along (x, y).
+[[nodiscard]] Foundation::Image moved(const Foundation::Image& image, int length, int x, int y);
 /// Gaussian, of the given standard deviation in levels.
 [[nodiscard]] Foundation::Image noisy(const Foundation::Image& image, double deviation);
 /// As if taken with 2^stops times the light.

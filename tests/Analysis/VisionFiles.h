@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Analysis/Aesthetics.h>
 #include <Analysis/FaceFinder.h>
 #include <Analysis/ImageLabels.h>
 #include <Analysis/VisionNetwork.h>
@@ -42,6 +43,11 @@ inline const FaceFinder& sharedFaceFinder() {
     static const FaceFinder finder(sharedFile(FaceFinder::detectorFileName),
                                    sharedFile(FaceFinder::landmarksFileName));
     return finder;
+}
+
+inline const Aesthetics& sharedAesthetics() {
+    static const Aesthetics aesthetics(sharedFile(Aesthetics::fileName));
+    return aesthetics;
 }
 
 inline const ImageLabels& sharedLabels() {
