@@ -252,8 +252,7 @@ int main(int argc, char** argv) {
     const auto image = [&](std::size_t i) -> const Image& { return images[i % images.size()]; };
     report("vision network", count, timed(count, [&](std::size_t i) { (void)vision.look(image(i)); }));
     report("finding faces", count, timed(count, [&](std::size_t i) { (void)faces.faces(image(i)); }));
-    report("aesthetics", count,
-           timed(count, [&](std::size_t i) { (void)aesthetics.score(image(i)); }));
+    report("aesthetics", count, timed(count, [&](std::size_t i) { (void)aesthetics.score(image(i)); }));
     images = {};
     forgetPeak();
     const Taken whole = report("whole run", count, wholeRun(files, count, printer, scorer));

@@ -11,8 +11,10 @@ Aesthetics::Aesthetics(const std::filesystem::path& file)
 
 Aesthetics::Measures Aesthetics::measures(const Foundation::Image& image) const {
     const GreyImage grey = greyOf(image);
+    const GreyImage half = halved(grey);
     const Brisque::Features features = Brisque::features(grey);
-    return {tonesOf(image), detailOf(image, grey), m_brisque.score(features), features[Brisque::coarseVariance]};
+    return {tonesOf(image, half), detailOf(image, grey, half), m_brisque.score(features),
+            features[Brisque::coarseVariance]};
 }
 
 double Aesthetics::score(const Measures& measures) {
@@ -27,17 +29,22 @@ double Aesthetics::score(const Measures& measures) {
     constexpr double goodBrightness = 0.45;
     const double brightness = tones.brightness - goodBrightness;
 
-    // Fitted.
-    double sum = 2.68;
+    // Fitted on 172 photos, 44 painted pictures and some 80 blurred, noisy, badly exposed and compressed
+    // versions of each, such that the whole score of BestShotSelector prefers the photo, by a logistic loss
+    // on the difference of both scores. Of photos that the fit had not seen 99.6 % won against their blurred
+    // versions, 98.1 % against noisy ones and 97.3 % against badly exposed ones. Without Brisque it is 99.4
+    // %, 97.4 % and 96.4 %, and strongly compressed versions win as often as not.
+    double sum = 2.62;
     // Sharp, and in all directions.
-    sum += 1.11 * fineness - 2.24 * sharpness + 0.51 * detail.evenness;
-    // Free of noise.
-    sum -= 15.57 * sharpnessByNoise + 0.61 * std::log2(1 + detail.colourNoise) + 11.31 * grain + 3.98 * texture +
-           0.0172 * brisque;
-    // Well exposed.
-    sum -= 3.35 * (1 - tones.highlights) + 1.18 * tones.shadows + 0.24 * tones.burnt + 0.19 * tones.crushed +
-           3.5 * std::max(0.0, brightness) + 1.32 * std::max(0.0, -brightness) + 8.25 * tones.contrast -
-           7.46 * tones.highlightsFade;
+    sum += 1.34 * fineness - 3.06 * sharpness + 0.584 * detail.evenness;
+    // Free of noise and of the traces of compression.
+    sum -= 22.6 * sharpnessByNoise + 14.9 * grain + 0.579 * std::log2(1 + detail.colourNoise) +
+           3.76 * texture + 0.0155 * brisque;
+    // Light up to the top and down to black, but not against walls: contrast that is not owed to that is
+    // harsh.
+    sum -= 3.62 * (1 - tones.highlights) - 8.09 * tones.highlightsFade + 1.38 * tones.shadows +
+           0.258 * tones.burnt + 0.204 * tones.crushed + 9.29 * tones.contrast +
+           4.04 * std::max(0.0, brightness) + 1.55 * std::max(0.0, -brightness);
     return 1 / (1 + std::exp(-sum));
 }
 

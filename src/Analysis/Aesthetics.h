@@ -3,7 +3,6 @@
 #include <Analysis/Brisque.h>
 #include <Analysis/PhotoDetail.h>
 #include <Analysis/PhotoTones.h>
-
 #include <Foundation/Image.h>
 
 #include <filesystem>

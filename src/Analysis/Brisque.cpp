@@ -70,10 +70,10 @@ public:
         const float* const here = m_image.row(y);
         float* __restrict const out = row.data();
         for (std::size_t x = 0; x < row.size(); ++x) {
-            const float mean = w0 * m[3][x] + w1 * (m[2][x] + m[4][x]) + w2 * (m[1][x] + m[5][x]) +
-                               w3 * (m[0][x] + m[6][x]);
-            const float square = w0 * q[3][x] + w1 * (q[2][x] + q[4][x]) + w2 * (q[1][x] + q[5][x]) +
-                                 w3 * (q[0][x] + q[6][x]);
+            const float mean =
+                w0 * m[3][x] + w1 * (m[2][x] + m[4][x]) + w2 * (m[1][x] + m[5][x]) + w3 * (m[0][x] + m[6][x]);
+            const float square =
+                w0 * q[3][x] + w1 * (q[2][x] + q[4][x]) + w2 * (q[1][x] + q[5][x]) + w3 * (q[0][x] + q[6][x]);
             const float deviation = std::sqrt(std::max(0.0F, square - mean * mean));
             out[x] = (here[x] - mean) / (deviation + floor);
         }
@@ -123,7 +123,8 @@ GreyImage cubicHalf(const GreyImage& image) {
         column[width + 1] = column[width];
         float* const out = result.values.data() + static_cast<std::size_t>(y) * halfWidth;
         for (std::size_t x = 0; x < halfWidth; ++x)
-            out[x] = far * (column[2 * x] + column[2 * x + 3]) + near * (column[2 * x + 1] + column[2 * x + 2]);
+            out[x] =
+                far * (column[2 * x] + column[2 * x + 3]) + near * (column[2 * x + 1] + column[2 * x + 2]);
     }
     return result;
 }
@@ -262,7 +263,8 @@ public:
         std::memcpy(numbers.data(), m_bytes.data(), numbers.size_bytes());
         m_bytes = m_bytes.subspan(numbers.size_bytes());
         if constexpr (std::is_floating_point_v<Number>) {
-            if (!std::all_of(numbers.begin(), numbers.end(), [](Number value) { return std::isfinite(value); }))
+            if (!std::all_of(numbers.begin(), numbers.end(),
+                             [](Number value) { return std::isfinite(value); }))
                 throw NetworkFileError::damaged(m_file);
         }
     }

@@ -59,8 +59,8 @@ std::vector<bool> midTones(const GreyImage& grey) {
 }
 
 /// What the difference of two Laplacians leaves, which is blind to even slopes and edges, over the calmest
-/// tenth of the blocks, those of every so many rows of blocks. `rowOf(y, buffer)` yields a row; it may use the
-/// buffer.
+/// tenth of the blocks, those of every so many rows of blocks. `rowOf(y, buffer)` yields a row; it may use
+/// the buffer.
 template <typename RowOf>
 double noiseOf(const GreyImage& grey, const std::vector<bool>& areMid, int step, RowOf rowOf) {
     // The response to noise has six times its standard deviation.
@@ -182,14 +182,14 @@ double laplacianVariance(const GreyImage& grey) {
 
 } // namespace
 
-PhotoDetail detailOf(const Foundation::Image& image, const GreyImage& grey) {
+PhotoDetail detailOf(const Foundation::Image& image, const GreyImage& grey, const GreyImage& half) {
     constexpr std::size_t red = 0;
     constexpr std::size_t green = 1;
     constexpr std::size_t blue = 2;
     const std::vector<bool> areMid = midTones(grey);
     PhotoDetail detail;
     detail.variance = laplacianVariance(grey);
-    detail.varianceAtHalfSize = laplacianVariance(halved(grey));
+    detail.varianceAtHalfSize = laplacianVariance(half);
     detail.noise = noiseOf(grey, areMid, 1, [&](int y, std::vector<float>&) { return grey.row(y); });
     detail.colourNoise = std::min(colourNoiseOf(image, grey, areMid, red, green),
                                   colourNoiseOf(image, grey, areMid, blue, green));

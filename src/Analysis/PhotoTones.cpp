@@ -54,41 +54,27 @@ double ratio(double part, double other) {
     return std::log10((part + few) / (other + few));
 }
 
-int greyOf(const std::uint8_t* pixel) {
+int levelOf(const std::uint8_t* pixel) {
     return (299 * pixel[0] + 587 * pixel[1] + 114 * pixel[2] + 500) / 1000;
 }
 
-double contrastOf(const Foundation::Image& image) {
-    constexpr int block = 4;
-    std::size_t count = 0;
+double contrastOf(const GreyImage& image) {
+    if (image.values.empty())
+        return 0;
     double sum = 0;
     double squares = 0;
-    for (int y = 0; y + block <= image.height; y += block) {
-        for (int x = 0; x + block <= image.width; x += block) {
-            std::array<int, 3> total{};
-            for (int v = y; v < y + block; ++v) {
-                const std::uint8_t* pixel = image.row(v) + static_cast<std::size_t>(x) * 3;
-                for (int i = 0; i < block; ++i, pixel += 3) {
-                    total[0] += pixel[0];
-                    total[1] += pixel[1];
-                    total[2] += pixel[2];
-                }
-            }
-            const double mean = (0.299 * total[0] + 0.587 * total[1] + 0.114 * total[2]) / (block * block);
-            ++count;
-            sum += mean;
-            squares += mean * mean;
-        }
+    for (const float value : image.values) {
+        const auto level = static_cast<double>(value);
+        sum += level;
+        squares += level * level;
     }
-    if (count == 0)
-        return 0;
-    const auto blocks = static_cast<double>(count);
-    return std::sqrt(std::max(0.0, squares / blocks - sum / blocks * (sum / blocks))) / 255;
+    const auto count = static_cast<double>(image.values.size());
+    return std::sqrt(std::max(0.0, squares / count - sum / count * (sum / count))) / 255;
 }
 
 } // namespace
 
-PhotoTones tonesOf(const Foundation::Image& image) {
+PhotoTones tonesOf(const Foundation::Image& image, const GreyImage& half) {
     // Every fourth pixel says enough.
     Histogram grey;
     Histogram brightest;
@@ -97,14 +83,14 @@ PhotoTones tonesOf(const Foundation::Image& image) {
         const std::uint8_t* pixel = image.row(y);
         for (int x = 0; x < image.width; x += 2, pixel += 6) {
             const auto [low, high] = std::minmax({pixel[0], pixel[1], pixel[2]});
-            grey.add(greyOf(pixel));
+            grey.add(levelOf(pixel));
             brightest.add(high);
             darkest.add(low);
         }
     }
     PhotoTones tones;
     tones.brightness = grey.mean();
-    tones.contrast = contrastOf(image);
+    tones.contrast = contrastOf(halved(half));
     tones.highlights = brightest.quantile(0.99);
     tones.highlightsFade = brightest.quantile(0.999) - tones.highlights;
     tones.shadows = darkest.quantile(0.01);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <Analysis/GreyImage.h>
 #include <Foundation/Image.h>
 
 namespace Analysis {
@@ -25,7 +26,7 @@ struct PhotoTones {
     double crushed = 0;
 };
 
-/// Of an image that has pixels. Any thread.
-[[nodiscard]] PhotoTones tonesOf(const Foundation::Image& image);
+/// Of an image that has pixels, and the same in grey at half its size. Any thread.
+[[nodiscard]] PhotoTones tonesOf(const Foundation::Image& image, const GreyImage& half);
 
 } // namespace Analysis

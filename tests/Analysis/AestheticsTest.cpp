@@ -16,8 +16,8 @@ namespace {
 using Foundation::Image;
 
 double wholeScore(const Image& image) {
-    return BestShotSelector::score(
-        {sharedAesthetics().score(image), BestShotSelector::sharpness(SharpnessScorer::variance(image)), false});
+    return BestShotSelector::score({sharedAesthetics().score(image),
+                                    BestShotSelector::sharpness(SharpnessScorer::variance(image)), false});
 }
 
 /// How many of a hundred painted photos win against each of their versions.
@@ -38,7 +38,8 @@ double winsOfAHundred(const std::function<std::vector<Image>(const Image&)>& ver
 TEST(AestheticsTest, PrefersPhotosToTheirBlurredVersions) {
     EXPECT_GE(winsOfAHundred([](const Image& photo) {
                   return std::vector{PaintedPhotos::blurred(photo, 1), PaintedPhotos::blurred(photo, 3),
-                                     PaintedPhotos::moved(photo, 9, 1, 0), PaintedPhotos::moved(photo, 9, 0, 1),
+                                     PaintedPhotos::moved(photo, 9, 1, 0),
+                                     PaintedPhotos::moved(photo, 9, 0, 1),
                                      PaintedPhotos::moved(photo, 9, 1, 1)};
               }),
               95);

@@ -42,9 +42,9 @@ GreyImage grainyChequers(int width, int height) {
 TEST(BrisqueTest, MeasuresTheFeaturesThatOpenCVDoes) {
     // Computed by OpenCV 4.6's quality module.
     constexpr Brisque::Features expected{
-        10.,   .34352, 1.523,    -.0507,  .15912, .11088, 1.291,   -.04866, .21099, .15543, 1.601,    -.07649,
-        .13983, .07576, 1.417,   -.08239, .18838, .10605, 10.,     .50202,  2.691,  -.18662, .47052, .21029,
-        2.894, -.12945, .43004,  .24891,  2.558,  -.16671, .3866,  .17457,  2.797,  -.13299, .36126, .19315};
+        10.,    .34352,  1.523,  -.0507,  .15912, .11088,  1.291, -.04866, .21099, .15543,  1.601,  -.07649,
+        .13983, .07576,  1.417,  -.08239, .18838, .10605,  10.,   .50202,  2.691,  -.18662, .47052, .21029,
+        2.894,  -.12945, .43004, .24891,  2.558,  -.16671, .3866, .17457,  2.797,  -.13299, .36126, .19315};
     const Brisque::Features features = Brisque::features(grainyChequers(96, 80));
     for (std::size_t i = 0; i < features.size(); ++i)
         EXPECT_NEAR(features[i], expected[i], 0.001) << i;

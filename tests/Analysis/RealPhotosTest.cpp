@@ -156,7 +156,8 @@ TEST_F(RealPhotosTest, NamesWhatPhotosShow) {
 TEST_F(RealPhotosTest, PrefersPhotosToTheirBlurredNoisyAndBadlyExposedVersions) {
     const auto score = [](const Image& image) {
         return BestShotSelector::score({sharedAesthetics().score(image),
-                                        BestShotSelector::sharpness(SharpnessScorer::variance(image)), false});
+                                        BestShotSelector::sharpness(SharpnessScorer::variance(image)),
+                                        false});
     };
     struct Tally {
         int won = 0;
