@@ -1,5 +1,14 @@
 # What the program owes to others, as a text that `roamly --version --licences` shows: made from the manifest of the
-# packages that the build takes data from. What only a benchmark compares with does not come along.
+# packages that the build takes data from. What only a benchmark compares with does not come along, nor does a runtime
+# for the networks where the system has one.
+set(not_along comparison)
+set(system_libraries "Qt, FFmpeg with libx264 and libx265, libvips, LibRaw,\nExiv2, libde265, Little CMS, brotli, GLib, "
+  "zimg, libcurl, libsecret, JSON for Modern C++")
+list(JOIN system_libraries "" system_libraries)
+if(ROAMLY_SYSTEM_ONNXRUNTIME)
+  list(APPEND not_along onnxruntime)
+  string(APPEND system_libraries ",\nONNX Runtime")
+endif()
 file(READ "${PROJECT_SOURCE_DIR}/data/manifest.json" manifest)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/data/manifest.json")
 string(JSON count LENGTH "${manifest}" packages)
@@ -10,13 +19,12 @@ foreach(index RANGE ${last})
     string(JSON ${member} GET "${manifest}" packages ${index} ${member})
   endforeach()
   string(JSON group GET "${manifest}" packages ${index} group)
-  if(NOT group STREQUAL "comparison")
+  if(NOT group IN_LIST not_along)
     string(APPEND licences "  ${attribution} (${name} ${version})\n")
   endif()
 endforeach()
 string(APPEND licences
   "  Perceived quality: BRISQUE as trained on the LIVE database, OpenCV, Apache-2.0 (Debian's opencv-data)\n")
-string(APPEND licences "\nLibraries of the system, under their own licences: Qt, FFmpeg with libx264 and libx265, libvips, LibRaw,\n"
-  "Exiv2, libde265, Little CMS, brotli, GLib, zimg, libcurl, libsecret, JSON for Modern C++.\n")
+string(APPEND licences "\nLibraries of the system, under their own licences: ${system_libraries}.\n")
 file(CONFIGURE OUTPUT "${PROJECT_BINARY_DIR}/share/roamly/licences.txt" CONTENT "${licences}" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/share/roamly/licences.txt" DESTINATION share/roamly)
