@@ -2,6 +2,8 @@
 
 #include <Roamly/CommandLine/Commands.h>
 
+#include <filesystem>
+
 namespace {
 
 class DispatchTest : public EndToEndTest {};
@@ -26,6 +28,14 @@ TEST_F(DispatchTest, TheLicencesNameWhereTheDataComesFrom) {
     const Ran ran = run({"--version", "--licences"});
     EXPECT_EQ(ran.status, 0);
     EXPECT_NE(ran.out.find("GeoNames (geonames.org), CC BY 4.0"), std::string::npos) << ran.out;
+}
+
+TEST_F(DispatchTest, TheLicencesNameTheRuntimeOfTheNetworksAsPackedOnlyWhereItComesAlong) {
+    const Ran ran = run({"--version", "--licences"});
+    EXPECT_NE(ran.out.find("ONNX Runtime"), std::string::npos) << ran.out;
+    EXPECT_EQ(ran.out.find("as packed by sherpa-onnx") != std::string::npos,
+              std::filesystem::exists(ROAMLY_LIBRARIES "/libonnxruntime.so"))
+        << ran.out;
 }
 
 TEST_F(DispatchTest, TheVersionTakesNoOtherOption) {
