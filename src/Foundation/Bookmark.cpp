@@ -116,11 +116,7 @@ Number numberAt(const Bytes& bytes, std::size_t position) {
 }
 
 Bytes encoded(const Record& record) {
-    Bytes bytes;
-    bytes.reserve(headerLength + record.path.size());
-    bytes.push_back(recordMark);
-    bytes.push_back(recordVersion);
-    bytes.push_back(static_cast<std::uint8_t>(record.identity.kind));
+    Bytes bytes{recordMark, recordVersion, static_cast<std::uint8_t>(record.identity.kind)};
     append(bytes, record.identity.device);
     append(bytes, record.identity.inode);
     append(bytes, record.identity.size);

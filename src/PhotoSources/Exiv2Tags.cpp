@@ -25,7 +25,8 @@ void prepareLibrary() {
     std::call_once(once, [] {
         Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
         Exiv2::XmpParser::initialize(&lockXmp, &xmpMutex);
-#ifdef EXV_ENABLE_BMFF
+        // From 0.28 on it reads HEIC without being asked.
+#if defined(EXV_ENABLE_BMFF) && !EXIV2_TEST_VERSION(0, 28, 0)
         Exiv2::enableBMFF(true);
 #endif
     });
