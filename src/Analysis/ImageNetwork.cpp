@@ -5,6 +5,8 @@
 
 #include <array>
 #include <cstdint>
+#include <iostream>
+#include <mutex>
 #include <stdexcept>
 #include <utility>
 
@@ -39,6 +41,21 @@ Owned<Object> owned(void(ORT_API_CALL* release)(Object*), Make make) {
     Object* object = nullptr;
     check(make(&object));
     return {object, release};
+}
+
+/// The runtime of Debian shares its operators with another library, which knows them already, and tells
+/// standard error of each, hundreds of lines the first time; nobody is to read that. What fails is thrown
+/// anyway.
+Owned<OrtEnv> quietEnvironment() {
+    static std::mutex oneAtATime;
+    const std::scoped_lock lock(oneAtATime);
+    const struct Silence {
+        std::streambuf* before = std::cerr.rdbuf(nullptr);
+        ~Silence() { std::cerr.rdbuf(before); }
+    } silence;
+    return owned<OrtEnv>(runtime().ReleaseEnv, [](OrtEnv** made) {
+        return runtime().CreateEnv(ORT_LOGGING_LEVEL_FATAL, "roamly", made);
+    });
 }
 
 /// How many numbers one picture has in an input or output of single precision, -1 where the network leaves it
@@ -97,9 +114,7 @@ struct ImageNetwork::Session {
     Session(std::span<const std::byte> network, int pictureSide, std::vector<Output> wanted)
         : side(pictureSide)
         , outputs(std::move(wanted))
-        , environment(owned<OrtEnv>(
-              runtime().ReleaseEnv,
-              [](OrtEnv** made) { return runtime().CreateEnv(ORT_LOGGING_LEVEL_FATAL, "roamly", made); }))
+        , environment(quietEnvironment())
         , memory(owned<OrtMemoryInfo>(runtime().ReleaseMemoryInfo,
                                       [](OrtMemoryInfo** made) {
                                           return runtime().CreateCpuMemoryInfo(OrtArenaAllocator,

@@ -6,6 +6,7 @@
 #include <lcms2.h>
 #include <vips/vips.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
