@@ -56,8 +56,11 @@ TEST_F(AnalyzeCommandTest, PrintsTheIssuesForPeople) {
 TEST_F(AnalyzeCommandTest, ReportsItsStagesInOrder) {
     std::vector<std::string> stages;
     for (const json& line : run({"analyze", "p.roamly", "--json"}).json()) {
-        if (line.contains("progress") && (stages.empty() || stages.back() != line["progress"]["stage"]))
-            stages.push_back(line["progress"]["stage"]);
+        if (!line.contains("progress"))
+            continue;
+        const std::string stage = line["progress"]["stage"];
+        if (stages.empty() || stages.back() != stage)
+            stages.push_back(stage);
     }
     EXPECT_THAT(stages, testing::Contains("clustering"));
     EXPECT_EQ(stages.back(), "done");
