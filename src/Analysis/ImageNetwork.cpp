@@ -43,20 +43,24 @@ Owned<Object> owned(void(ORT_API_CALL* release)(Object*), Make make) {
     return {object, release};
 }
 
-/// The runtime of Debian shares its operators with another library, which knows them already, and tells
-/// standard error of each, hundreds of lines the first time; nobody is to read that. What fails is thrown
-/// anyway.
-Owned<OrtEnv> quietEnvironment() {
-    static std::mutex oneAtATime;
-    const std::scoped_lock lock(oneAtATime);
-    const struct Silence {
-        std::streambuf* before = std::cerr.rdbuf(nullptr);
-        ~Silence() { std::cerr.rdbuf(before); }
-    } silence;
-    return owned<OrtEnv>(runtime().ReleaseEnv, [](OrtEnv** made) {
-        return runtime().CreateEnv(ORT_LOGGING_LEVEL_FATAL, "roamly", made);
-    });
-}
+/// While it lives, nothing that is written to std::cerr appears; one lives at a time. The runtime of Debian
+/// shares its operators with another library, where they end up registered twice, and tells std::cerr of
+/// each, hundreds of lines with the first network. What fails is thrown anyway.
+class Silence {
+public:
+    Silence()
+        : m_lock(m_only)
+        , m_before(std::cerr.rdbuf(nullptr)) {}
+    ~Silence() { std::cerr.rdbuf(m_before); }
+    Silence(const Silence&) = delete;
+    Silence& operator=(const Silence&) = delete;
+
+private:
+    inline static std::mutex m_only;
+
+    std::scoped_lock<std::mutex> m_lock;
+    std::streambuf* m_before;
+};
 
 /// How many numbers one picture has in an input or output of single precision, -1 where the network leaves it
 /// open; 0 when it holds something else.
@@ -114,7 +118,9 @@ struct ImageNetwork::Session {
     Session(std::span<const std::byte> network, int pictureSide, std::vector<Output> wanted)
         : side(pictureSide)
         , outputs(std::move(wanted))
-        , environment(quietEnvironment())
+        , environment(owned<OrtEnv>(
+              runtime().ReleaseEnv,
+              [](OrtEnv** made) { return runtime().CreateEnv(ORT_LOGGING_LEVEL_FATAL, "roamly", made); }))
         , memory(owned<OrtMemoryInfo>(runtime().ReleaseMemoryInfo,
                                       [](OrtMemoryInfo** made) {
                                           return runtime().CreateCpuMemoryInfo(OrtArenaAllocator,
@@ -129,6 +135,7 @@ struct ImageNetwork::Session {
         check(runtime().SetIntraOpNumThreads(options.get(), 1));
         check(runtime().SetInterOpNumThreads(options.get(), 1));
         session = owned<OrtSession>(runtime().ReleaseSession, [&](OrtSession** made) {
+            const Silence silence;
             return runtime().CreateSessionFromArray(environment.get(), network.data(), network.size(),
                                                     options.get(), made);
         });
