@@ -44,8 +44,8 @@ public:
                   FrameSource& frameSource, int fps = 30);
 
     /// Throws ExportError; then nothing is left at `path` or beside it, and a movie that was there before is
-    /// gone too unless nothing could be begun: no frames, music that cannot be played. `progress` is called in ascending order from one thread at
-    /// a time.
+    /// gone too unless nothing could be begun: no frames, music that cannot be played. `progress` is called
+    /// in ascending order from one thread at a time.
     ExportResult exportTo(const std::filesystem::path& path,
                           const std::function<void(const ExportProgress&)>& progress = {},
                           std::stop_token stop = {});
