@@ -88,10 +88,15 @@ void Gazetteer::readSections(const std::filesystem::path& file) {
     m_secondLevelAreas = section<std::uint32_t>(SectionKind::SecondLevelAreas);
     m_regions = section<Region>(SectionKind::Regions);
     m_borderShapes = section<std::uint16_t>(SectionKind::BorderShapes);
+    m_landBorderShapes = section<std::uint16_t>(SectionKind::LandBorderShapes);
     m_townIndex = TownIndex(m_towns);
     m_borders = PolygonLayer(
         section<Vertex>(SectionKind::BorderVertices), section<std::uint32_t>(SectionKind::BorderCellStarts),
         section<CellEntry>(SectionKind::BorderCellEntries), section<std::uint32_t>(SectionKind::BorderEdges));
+    m_landBorders = PolygonLayer(section<Vertex>(SectionKind::LandBorderVertices),
+                                 section<std::uint32_t>(SectionKind::LandBorderCellStarts),
+                                 section<CellEntry>(SectionKind::LandBorderCellEntries),
+                                 section<std::uint32_t>(SectionKind::LandBorderEdges));
     m_regionLayer = PolygonLayer(
         section<Vertex>(SectionKind::RegionVertices), section<std::uint32_t>(SectionKind::RegionCellStarts),
         section<CellEntry>(SectionKind::RegionCellEntries), section<std::uint32_t>(SectionKind::RegionEdges));

@@ -29,6 +29,10 @@ public:
     /// The country of each shape of `borders`.
     [[nodiscard]] std::span<const std::uint16_t> borderShapes() const { return m_borderShapes; }
     [[nodiscard]] const PolygonLayer& borders() const { return m_borders; }
+    /// The country of each shape of `landBorders`.
+    [[nodiscard]] std::span<const std::uint16_t> landBorderShapes() const { return m_landBorderShapes; }
+    /// Land near the borders between countries, true to about a hundred metres.
+    [[nodiscard]] const PolygonLayer& landBorders() const { return m_landBorders; }
     /// Its shapes are the regions.
     [[nodiscard]] const PolygonLayer& regionLayer() const { return m_regionLayer; }
     [[nodiscard]] const TownIndex& townIndex() const { return m_townIndex; }
@@ -49,7 +53,9 @@ private:
     std::span<const std::uint32_t> m_secondLevelAreas;
     std::span<const GazetteerFormat::Region> m_regions;
     std::span<const std::uint16_t> m_borderShapes;
+    std::span<const std::uint16_t> m_landBorderShapes;
     PolygonLayer m_borders;
+    PolygonLayer m_landBorders;
     PolygonLayer m_regionLayer;
     TownIndex m_townIndex;
 };

@@ -11,7 +11,7 @@
 namespace Analysis::GazetteerFormat {
 
 inline constexpr std::array<char, 8> magic{'R', 'o', 'a', 'm', 'l', 'y', 'G', 'z'};
-inline constexpr std::uint32_t version = 1;
+inline constexpr std::uint32_t version = 2;
 
 enum class SectionKind : std::uint32_t {
     /// Town, in k-d tree order: the middle one of a range divides it along x, y, z in turn.
@@ -26,12 +26,19 @@ enum class SectionKind : std::uint32_t {
     FirstLevelAreas,
     /// Region: the pieces of land that first-level areas are made of, one a shape of the region layer.
     Regions,
-    /// The two polygon layers: Vertex, CellStart, CellEntry and edge numbers of each.
+    /// The polygon layers: Vertex, CellStart, CellEntry and edge numbers of each. The first holds countries with
+    /// their waters, simplified; the second, land alone, follows the borders themselves, and only the cells in
+    /// which countries meet have entries; the third holds regions.
     BorderVertices,
     BorderShapes,
     BorderCellStarts,
     BorderCellEntries,
     BorderEdges,
+    LandBorderVertices,
+    LandBorderShapes,
+    LandBorderCellStarts,
+    LandBorderCellEntries,
+    LandBorderEdges,
     RegionVertices,
     RegionCellStarts,
     RegionCellEntries,
@@ -43,7 +50,7 @@ enum class SectionKind : std::uint32_t {
     /// CountryName: what countries are called in other languages.
     CountryNames,
 };
-inline constexpr std::size_t sectionCount = 18;
+inline constexpr std::size_t sectionCount = 23;
 
 struct Section {
     std::uint64_t offset;

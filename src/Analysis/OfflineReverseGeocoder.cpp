@@ -32,13 +32,14 @@ constexpr double countryByTownKm = 10;
 constexpr double coarseBorderKm = 3;
 /// What a first-level border between point and town weighs.
 constexpr double otherRegionPenalty = 1.5;
-/// Border polygons follow the ground where people live, and run straight for longer than this elsewhere. Near
-/// such a line, up to a part of its length, the region layer knows better.
-constexpr double sketchedBorderKm = 10;
-constexpr double sketchedBorderError = 0.25;
+/// Border polygons follow the ground where people live and run straight for long elsewhere: they may be wrong by
+/// this, or by a part of the length of the nearest edge. Where the land borders disagree farther away, they have
+/// taken a side in a dispute.
+constexpr double borderErrorKm = 2;
+constexpr double borderErrorByLength = 0.25;
 constexpr double largestBorderErrorKm = 15;
-/// How far from any town of its country nobody lives.
-constexpr double uninhabitedKm = 8;
+/// On a river between two countries, how far a bank tells the country.
+constexpr double riverBankKm = 0.4;
 /// The region layer is not true to less than this.
 constexpr double regionPrecisionKm = 0.7;
 /// Meridians meet in the poles themselves, where polygons that were drawn on a map end.
@@ -73,26 +74,52 @@ struct Found {
     double remoteness = std::numeric_limits<double>::infinity();
 };
 
-/// Whether the border polygon around the point cannot be trusted to hold it.
-bool isBorderSketched(const Gazetteer& gazetteer, double latitude, double longitude, std::uint16_t country) {
+bool isBorderCoarse(const Gazetteer& gazetteer, double latitude, double longitude) {
     const auto border = gazetteer.borders().nearestEdge(latitude, longitude, largestBorderErrorKm);
-    if (!border || border->lengthKm < sketchedBorderKm ||
-        border->distanceKm > border->lengthKm * sketchedBorderError)
-        return false;
-    bool isInhabited = false;
-    gazetteer.townIndex().forEachWithin(
-        unitVector(latitude, longitude), uninhabitedKm,
-        [&](const Town& town, double) { isInhabited |= town.country == country; });
-    return !isInhabited;
+    return border && border->distanceKm <= std::max(borderErrorKm, border->lengthKm * borderErrorByLength);
+}
+
+/// The country that the border polygons, which include waters, have around the point.
+std::optional<std::uint16_t> countryByPolygon(const Gazetteer& gazetteer, double latitude, double longitude) {
+    const auto shape = gazetteer.borders().shapeAt(latitude, longitude);
+    if (!shape || gazetteer.borderShapes()[*shape] == none)
+        return std::nullopt;
+    return gazetteer.borderShapes()[*shape];
+}
+
+/// The country on whose land the point is, or on whose bank of a river, near land borders. Where several claim
+/// it, the polygons decide.
+std::optional<std::uint16_t> countryByLand(const Gazetteer& gazetteer, double latitude, double longitude,
+                                           std::optional<std::uint16_t> byPolygon) {
+    const PolygonLayer& layer = gazetteer.landBorders();
+    std::optional<std::uint16_t> owner;
+    for (auto shape = layer.shapeAt(latitude, longitude); shape;
+         shape = layer.shapeAt(latitude, longitude, *shape + 1U)) {
+        const std::uint16_t claimant = gazetteer.landBorderShapes()[*shape];
+        if (claimant == byPolygon)
+            return claimant;
+        if (!owner)
+            owner = claimant;
+    }
+    return owner;
+}
+
+/// The country whose land or waters the point lies in.
+std::optional<std::uint16_t> countryAt(const Gazetteer& gazetteer, double latitude, double longitude) {
+    const auto byPolygon = countryByPolygon(gazetteer, latitude, longitude);
+    auto byLand = countryByLand(gazetteer, latitude, longitude, byPolygon);
+    if (byPolygon && (byLand == byPolygon || !isBorderCoarse(gazetteer, latitude, longitude)))
+        return byPolygon;
+    if (!byLand) {
+        if (const auto bank = gazetteer.landBorders().nearestEdge(latitude, longitude, riverBankKm))
+            byLand = gazetteer.landBorderShapes()[bank->shape];
+    }
+    return byLand ? byLand : byPolygon;
 }
 
 Position located(const Gazetteer& gazetteer, double latitude, double longitude) {
     Position position;
-    if (const auto shape = gazetteer.borders().shapeAt(latitude, longitude)) {
-        const std::uint16_t country = gazetteer.borderShapes()[*shape];
-        if (country != none)
-            position.country = country;
-    }
+    position.country = countryAt(gazetteer, latitude, longitude);
     const PolygonLayer& regions = gazetteer.regionLayer();
     position.region = regions.shapeAt(latitude, longitude);
     position.isOnLand = position.region.has_value();
@@ -110,9 +137,7 @@ Position located(const Gazetteer& gazetteer, double latitude, double longitude) 
     const std::uint16_t regionCountry =
         position.region ? gazetteer.regions()[*position.region].country : none;
     // Some waters and islets lie beyond all border polygons.
-    if (regionCountry != none && position.country != regionCountry &&
-        (!position.country || (position.isOnLand && position.isRegionSure &&
-                               isBorderSketched(gazetteer, latitude, longitude, *position.country))))
+    if (!position.country && regionCountry != none)
         position.country = regionCountry;
     return position;
 }

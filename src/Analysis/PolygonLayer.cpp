@@ -86,13 +86,16 @@ std::span<const CellEntry> PolygonLayer::entriesOf(int row, int column) const {
     return m_cellEntries.subspan(m_cellStarts[cell], m_cellStarts[cell + 1] - m_cellStarts[cell]);
 }
 
-std::optional<std::uint16_t> PolygonLayer::shapeAt(double latitude, double longitude) const {
+std::optional<std::uint16_t> PolygonLayer::shapeAt(double latitude, double longitude,
+                                                   std::uint32_t first) const {
     const Vertex here{units(longitude), units(latitude)};
     const int row = rowOf(here.latitude);
     const int column = columnOf(here.longitude);
     const Point from = doubled(here);
     const Point to = middleOf(row, column);
     for (const CellEntry& entry : entriesOf(row, column)) {
+        if (entry.shape < first)
+            continue;
         bool inside = entry.containsMiddle != 0;
         for (const std::uint32_t edge : m_edges.subspan(entry.firstEdge, entry.edgeCount)) {
             if (crosses(from, to, doubled(m_vertices[edge]), doubled(m_vertices[edge + 1])))

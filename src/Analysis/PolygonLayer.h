@@ -35,8 +35,9 @@ public:
     /// Whether all positions in the tables lead to something.
     [[nodiscard]] bool isConsistent() const;
 
-    /// The first shape, in the order of their numbers, that holds the point (degrees, on Earth).
-    [[nodiscard]] std::optional<std::uint16_t> shapeAt(double latitude, double longitude) const;
+    /// The first shape, in the order of their numbers from `first` on, that holds the point (degrees, on Earth).
+    [[nodiscard]] std::optional<std::uint16_t> shapeAt(double latitude, double longitude,
+                                                       std::uint32_t first = 0) const;
 
     struct NearEdge {
         std::uint16_t shape;

@@ -121,6 +121,46 @@ Layer buildLayer(std::span<const Shape* const> shapes) {
     return layer;
 }
 
+Layer whereShapesMeet(const Layer& layer) {
+    Layer result;
+    const auto entriesOf = [&](std::size_t cell) {
+        const auto entries = std::span(layer.cellEntries)
+                                 .subspan(layer.cellStarts[cell], layer.cellStarts[cell + 1] - layer.cellStarts[cell]);
+        return entries.size() > 1 ? entries : std::span<const CellEntry>();
+    };
+    const auto edgesOf = [&](const CellEntry& entry) {
+        return std::span(layer.edges).subspan(entry.firstEdge, entry.edgeCount);
+    };
+
+    const std::size_t cells = layer.cellStarts.size() - 1;
+    std::vector<bool> isUsed(layer.vertices.size(), false);
+    for (std::size_t cell = 0; cell < cells; ++cell) {
+        for (const CellEntry& entry : entriesOf(cell)) {
+            for (const std::uint32_t edge : edgesOf(entry))
+                isUsed[edge] = isUsed[edge + 1] = true;
+        }
+    }
+    // Both ends of an edge stay, hence stay neighbours.
+    std::vector<std::uint32_t> numbers(layer.vertices.size());
+    for (std::size_t i = 0; i < layer.vertices.size(); ++i) {
+        numbers[i] = static_cast<std::uint32_t>(result.vertices.size());
+        if (isUsed[i])
+            result.vertices.push_back(layer.vertices[i]);
+    }
+    for (std::size_t cell = 0; cell < cells; ++cell) {
+        result.cellStarts.push_back(static_cast<std::uint32_t>(result.cellEntries.size()));
+        for (CellEntry entry : entriesOf(cell)) {
+            const auto edges = edgesOf(entry);
+            entry.firstEdge = static_cast<std::uint32_t>(result.edges.size());
+            for (const std::uint32_t edge : edges)
+                result.edges.push_back(numbers[edge]);
+            result.cellEntries.push_back(entry);
+        }
+    }
+    result.cellStarts.push_back(static_cast<std::uint32_t>(result.cellEntries.size()));
+    return result;
+}
+
 std::vector<Vertex> simplified(const std::vector<Vertex>& ring, double tolerance) {
     if (ring.size() < 5)
         return ring;

@@ -23,6 +23,9 @@ struct Layer {
 /// The shapes are numbered in the order given.
 [[nodiscard]] Layer buildLayer(std::span<const Shape* const> shapes);
 
+/// The layer with only those cells that several shapes touch.
+[[nodiscard]] Layer whereShapesMeet(const Layer& layer);
+
 /// The ring with fewer vertices, none of which was farther than `tolerance` units from what stays (Douglas
 /// and Peucker, 1973). Both ends stay.
 [[nodiscard]] std::vector<Analysis::GazetteerFormat::Vertex>

@@ -49,17 +49,17 @@ std::string textOr(const json& object, const char* key, const std::string& fallb
     return found != object.end() && found->is_string() ? found->get<std::string>() : fallback;
 }
 
-Analysis::GazetteerFormat::Vertex vertex(const json& position) {
+Analysis::GazetteerFormat::Vertex vertex(double longitude, double latitude) {
     constexpr double unitsPerDegree = 100'000;
-    return {static_cast<std::int32_t>(std::lround(position.at(0).get<double>() * unitsPerDegree)),
-            static_cast<std::int32_t>(std::lround(position.at(1).get<double>() * unitsPerDegree))};
+    return {static_cast<std::int32_t>(std::lround(longitude * unitsPerDegree)),
+            static_cast<std::int32_t>(std::lround(latitude * unitsPerDegree))};
 }
 
 void appendPolygon(const json& polygon, Shape& shape) {
     for (const json& ring : polygon) {
         auto& vertices = shape.rings.emplace_back();
         for (const json& position : ring) {
-            if (const auto next = vertex(position); vertices.empty() || vertices.back() != next)
+            if (const auto next = vertex(position.at(0), position.at(1)); vertices.empty() || vertices.back() != next)
                 vertices.push_back(next);
         }
         if (vertices.size() > 1 && vertices.front() != vertices.back())
@@ -105,6 +105,74 @@ std::string countryOfShape(const json& properties) {
     }
     return textOr(properties, "country", "");
 }
+
+/// Takes the features of a collection as they come past. Whatever the depth of their arrays, two numbers are a
+/// position and an array of positions is a ring.
+class LandBorderReader final : public nlohmann::json_sax<json> {
+public:
+    std::vector<CountryShape> take() { return std::move(m_countries); }
+
+    bool null() override { return true; }
+    bool boolean(bool) override { return true; }
+    bool number_integer(number_integer_t value) override { return coordinate(static_cast<double>(value)); }
+    bool number_unsigned(number_unsigned_t value) override { return coordinate(static_cast<double>(value)); }
+    bool number_float(number_float_t value, const string_t&) override { return coordinate(value); }
+    bool string(string_t& value) override {
+        if (m_key == "A3")
+            m_country.country = value;
+        return true;
+    }
+    bool binary(binary_t&) override { return true; }
+    bool start_object(std::size_t) override {
+        ++m_depth;
+        return true;
+    }
+    bool key(string_t& value) override {
+        m_key = value;
+        return true;
+    }
+    bool end_object() override {
+        --m_depth;
+        constexpr int depthOfFeatures = 1;
+        if (m_depth == depthOfFeatures && !m_country.shape.rings.empty()) {
+            m_countries.push_back(std::move(m_country));
+            m_country = {};
+        }
+        return true;
+    }
+    bool start_array(std::size_t) override {
+        m_position.clear();
+        return true;
+    }
+    bool end_array() override {
+        if (m_position.size() >= 2) {
+            const auto next = vertex(m_position[0], m_position[1]);
+            if (m_ring.empty() || m_ring.back() != next)
+                m_ring.push_back(next);
+        } else if (!m_ring.empty()) {
+            m_country.shape.rings.push_back(std::move(m_ring));
+            m_ring.clear();
+        }
+        m_position.clear();
+        return true;
+    }
+    bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& error) override {
+        throw std::runtime_error(error.what());
+    }
+
+private:
+    bool coordinate(double value) {
+        m_position.push_back(value);
+        return true;
+    }
+
+    int m_depth = 0;
+    std::string m_key;
+    std::vector<double> m_position;
+    std::vector<Analysis::GazetteerFormat::Vertex> m_ring;
+    CountryShape m_country;
+    std::vector<CountryShape> m_countries;
+};
 
 } // namespace
 
@@ -174,6 +242,26 @@ std::vector<CountryShape> readBorders(const std::filesystem::path& file) {
             shapes.push_back({countryOfShape(feature.at("properties")), shapeOf(feature.at("geometry"))});
     }
     return shapes;
+}
+
+std::map<std::string, std::string> readLongCodes(const std::filesystem::path& borders) {
+    std::map<std::string, std::string> codes;
+    const json document = readJson(borders);
+    for (const json& feature : document.at("features")) {
+        const json& properties = feature.at("properties");
+        if (const std::string code = textOr(properties, "iso1A3", ""); !code.empty())
+            codes[code] = textOr(properties, "iso1A2", "");
+    }
+    return codes;
+}
+
+std::vector<CountryShape> readLandBorders(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    if (!stream)
+        throw std::runtime_error("cannot read " + file.string());
+    LandBorderReader reader;
+    json::sax_parse(stream, &reader);
+    return reader.take();
 }
 
 std::vector<RegionShape> readRegions(const std::filesystem::path& file) {

