@@ -24,7 +24,8 @@ enum class SectionKind : std::uint32_t {
     SecondLevelAreas,
     /// Text positions of the names of first-level areas.
     FirstLevelAreas,
-    /// Region: the pieces of land that first-level areas are made of, one a shape of the region layer.
+    /// Region: the pieces of land that first-level areas are made of, each a shape of the region layer. An island
+    /// is a piece of its own.
     Regions,
     /// The polygon layers: Vertex, CellStart, CellEntry and edge numbers of each. The first holds countries with
     /// their waters, simplified; the second, land alone, follows the borders themselves, and only the cells in
@@ -101,7 +102,8 @@ struct Country {
 
 struct Region {
     std::uint16_t country;
-    std::uint16_t reserved;
+    /// The same for all pieces of one area.
+    std::uint16_t area;
     /// In English; 0xFFFFFFFF when it has none.
     std::uint32_t name;
 };

@@ -16,6 +16,8 @@ using GazetteerFormat::Town;
 
 /// How far from the shore a point still belongs to the land: a little more than territorial waters.
 constexpr double coastalWatersKm = 25;
+/// The coast is drawn no better than this: cliffs, piers and beaches are land.
+constexpr double coastErrorKm = 2;
 /// No town is named farther from its centre than this, however large.
 constexpr double longestReachKm = 40;
 /// The reach of the smallest hamlet; that of a town grows with it.
@@ -30,8 +32,9 @@ constexpr double firstLevelReachKm = 160;
 constexpr double countryByTownKm = 10;
 /// A town in the polygon of another country claims its surroundings, as far as this from its edge.
 constexpr double coarseBorderKm = 3;
-/// What a first-level border between point and town weighs.
-constexpr double otherRegionPenalty = 1.5;
+/// What a first-level border between point and town weighs, and what water does.
+constexpr double otherAreaPenalty = 1.5;
+constexpr double otherIslandPenalty = 1.15;
 /// Border polygons follow the ground where people live and run straight for long elsewhere: they may be wrong by
 /// this, or by a part of the length of the nearest edge. Where the land borders disagree farther away, they have
 /// taken a side in a dispute.
@@ -46,9 +49,9 @@ constexpr double regionPrecisionKm = 0.7;
 constexpr double northernmostLatitude = 89.9999;
 
 /// How far from its centre a town is named.
-double reachKm(const Town& town, bool isOnLand) {
+double reachKm(const Town& town, bool isAshore) {
     const double radius = double{town.radiusKm};
-    return isOnLand ? std::min(shortestReachKm + radius * 1.5, longestReachKm) : radius + reachAtSeaKm;
+    return isAshore ? std::min(shortestReachKm + radius * 1.5, longestReachKm) : radius + reachAtSeaKm;
 }
 
 /// Inside a town 0 at the centre to 1 at the edge; outside it grows, the more slowly the larger the town.
@@ -63,6 +66,8 @@ struct Position {
     /// The first-level piece of land it stands on, or whose coast is near.
     std::optional<std::uint16_t> region;
     bool isOnLand = false;
+    /// On land, or so close that the coast may be drawn wrong.
+    bool isAshore = false;
     bool isCoastal = false;
     /// Whether the region is beyond doubt.
     bool isRegionSure = false;
@@ -108,13 +113,13 @@ std::optional<std::uint16_t> countryByLand(const Gazetteer& gazetteer, double la
 std::optional<std::uint16_t> countryAt(const Gazetteer& gazetteer, double latitude, double longitude) {
     const auto byPolygon = countryByPolygon(gazetteer, latitude, longitude);
     auto byLand = countryByLand(gazetteer, latitude, longitude, byPolygon);
-    if (byPolygon && (byLand == byPolygon || !isBorderCoarse(gazetteer, latitude, longitude)))
-        return byPolygon;
     if (!byLand) {
         if (const auto bank = gazetteer.landBorders().nearestEdge(latitude, longitude, riverBankKm))
             byLand = gazetteer.landBorderShapes()[bank->shape];
     }
-    return byLand ? byLand : byPolygon;
+    if (!byLand || byLand == byPolygon || (byPolygon && !isBorderCoarse(gazetteer, latitude, longitude)))
+        return byPolygon;
+    return byLand;
 }
 
 Position located(const Gazetteer& gazetteer, double latitude, double longitude) {
@@ -131,6 +136,7 @@ Position located(const Gazetteer& gazetteer, double latitude, double longitude) 
             coastKm = coast->distanceKm;
         }
     }
+    position.isAshore = position.isOnLand || (position.isCoastal && coastKm <= coastErrorKm);
     position.isRegionSure =
         position.region &&
         !regions.nearestEdge(latitude, longitude, coastKm + regionPrecisionKm, position.region);
@@ -142,15 +148,21 @@ Position located(const Gazetteer& gazetteer, double latitude, double longitude) 
     return position;
 }
 
-bool isInAnotherRegion(const Town& town, const Position& position) {
+/// Beyond water, or beyond the border of a first-level area.
+bool isOnAnotherPieceOfLand(const Town& town, const Position& position) {
     return position.isRegionSure && town.region != none && town.region != *position.region;
+}
+
+bool isInAnotherArea(const Gazetteer& gazetteer, const Town& town, const Position& position) {
+    return isOnAnotherPieceOfLand(town, position) &&
+           gazetteer.regions()[town.region].area != gazetteer.regions()[*position.region].area;
 }
 
 /// The town to name.
 Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Position& position) {
     Found best;
     gazetteer.townIndex().forEachWithin(point, longestReachKm, [&](const Town& town, double km) {
-        if (km > reachKm(town, position.isOnLand))
+        if (km > reachKm(town, position.isAshore))
             return;
         if (position.country) {
             if (town.country != *position.country &&
@@ -160,8 +172,8 @@ Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Positi
             return;
         }
         double weighed = remoteness(town, km);
-        if (isInAnotherRegion(town, position))
-            weighed *= otherRegionPenalty;
+        if (isOnAnotherPieceOfLand(town, position))
+            weighed *= isInAnotherArea(gazetteer, town, position) ? otherAreaPenalty : otherIslandPenalty;
         // The tie-break makes the answer independent of the order in which towns are found.
         if (weighed < best.remoteness ||
             (weighed == best.remoteness && town.population > best.town->population))
@@ -174,7 +186,7 @@ Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Positi
 Found nearestTown(const Gazetteer& gazetteer, const UnitVector& point, const Position& position) {
     Found best;
     gazetteer.townIndex().forEachWithin(point, firstLevelReachKm, [&](const Town& town, double km) {
-        if (town.country == position.country && !isInAnotherRegion(town, position) && km < best.distanceKm)
+        if (town.country == position.country && !isInAnotherArea(gazetteer, town, position) && km < best.distanceKm)
             best = {&town, km, 0};
     });
     return best;

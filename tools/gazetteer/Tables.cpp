@@ -266,12 +266,20 @@ std::vector<CountryShape> readLandBorders(const std::filesystem::path& file) {
 
 std::vector<RegionShape> readRegions(const std::filesystem::path& file) {
     std::vector<RegionShape> shapes;
+    std::uint16_t area = 0;
     const json document = readJson(file);
     for (const json& feature : document.at("features")) {
         const json& properties = feature.at("properties");
-        shapes.push_back({textOr(properties, "iso_a2", ""),
-                          textOr(properties, "name_en", textOr(properties, "name", "")),
-                          shapeOf(feature.at("geometry"))});
+        RegionShape piece{area++, textOr(properties, "iso_a2", ""),
+                          textOr(properties, "name_en", textOr(properties, "name", "")), {}};
+        const json& geometry = feature.at("geometry");
+        const bool isSinglePiece = geometry.at("type") == "Polygon";
+        for (const json& polygon : isSinglePiece ? json::array({geometry.at("coordinates")})
+                                                 : geometry.at("coordinates")) {
+            piece.shape = {};
+            appendPolygon(polygon, piece.shape);
+            shapes.push_back(piece);
+        }
     }
     return shapes;
 }

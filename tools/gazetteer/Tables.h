@@ -39,7 +39,10 @@ struct CountryShape {
     Shape shape;
 };
 
+/// A piece of land of a first-level area, with its holes.
 struct RegionShape {
+    /// The same for all pieces of one area.
+    std::uint16_t area = 0;
     std::string country;
     std::string englishName;
     Shape shape;

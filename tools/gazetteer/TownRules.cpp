@@ -31,6 +31,20 @@ constexpr double townDensityPerKm2 = 3000;
 constexpr double smallestRadiusKm = 0.5;
 constexpr double largestRadiusKm = 25;
 
+/// A seat of government is known beyond its size, a small one more so: as a town of more people, by a share of
+/// its own and by so many at most.
+constexpr std::uint32_t capitalBonus = 500'000;
+constexpr std::uint32_t seatBonus = 20'000;
+/// A town has this many times the people of a section of it.
+constexpr std::uint32_t smallestTownForItsSection = 2;
+/// How many radii from the middle a quarter of the same administrative unit may lie.
+constexpr double farthestQuarter = 1.8;
+/// A section that belongs to no town is one itself when it has so many people, and nothing near the edge of which
+/// it lies has as many as this part of them.
+constexpr std::uint32_t smallestSuburb = 1000;
+constexpr double suburbSeparationKm = 10;
+constexpr double largestNeighbour = 0.5;
+
 constexpr double kmPerDegree = 111.195;
 
 double distanceKm(const Place& a, const Place& b) {
@@ -92,6 +106,18 @@ std::string plainName(const Place& place) {
     return name;
 }
 
+bool mayBePartOf(const Place& section, const Place& town, double km) {
+    if (section.country != town.country || section.areas[0] != town.areas[0] ||
+        town.population < section.population * smallestTownForItsSection)
+        return false;
+    const std::string& own = section.areas[municipalityLevel];
+    const std::string& other = town.areas[municipalityLevel];
+    if (!own.empty() && !other.empty() && own != other)
+        return false;
+    const double radius = radiusKm(town.population);
+    return km < radius || (section.areas[1] == town.areas[1] && km < radius * farthestQuarter + 3);
+}
+
 } // namespace
 
 bool isTown(const Place& place) {
@@ -101,6 +127,10 @@ bool isTown(const Place& place) {
         return false;
     // A seat of government where nobody lives is a building.
     return place.kind != "PPLG" || place.population > 0;
+}
+
+bool isSection(const Place& place) {
+    return place.kind == "PPLX";
 }
 
 std::uint32_t assumedPopulation(const Place& place) {
@@ -114,7 +144,12 @@ std::uint32_t assumedPopulation(const Place& place) {
         least = 2000;
     else if (place.kind == "PPLA3")
         least = 500;
-    return std::max(place.population, least);
+    std::uint32_t bonus = 0;
+    if (place.kind == "PPLC")
+        bonus = std::min(place.population, capitalBonus);
+    else if (place.kind == "PPLA")
+        bonus = std::min(place.population / 2, seatBonus);
+    return std::max(place.population + bonus, least);
 }
 
 double radiusKm(std::uint32_t population) {
@@ -178,6 +213,51 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
             towns.push_back(std::move(places[i]));
     }
     return towns;
+}
+
+std::vector<Place> quarters(const std::vector<Place>& sections, const std::vector<Place>& towns) {
+    Grid grid;
+    for (std::size_t i = 0; i < towns.size(); ++i)
+        grid[gridCell(towns[i])].push_back(i);
+
+    std::vector<Place> result;
+    for (const Place& section : sections) {
+        const Place* parent = nullptr;
+        double depth = 1;
+        bool standsAlone = section.population >= smallestSuburb;
+        const auto [row, column] = gridCell(section);
+        for (int y = row - 1; y <= row + 1; ++y) {
+            for (int x = column - 1; x <= column + 1; ++x) {
+                const auto cell = grid.find({y, x});
+                if (cell == grid.end())
+                    continue;
+                for (const std::size_t i : cell->second) {
+                    const Place& town = towns[i];
+                    const double km = distanceKm(section, town);
+                    standsAlone &= km > radiusKm(town.population) + suburbSeparationKm ||
+                                   town.population < section.population * largestNeighbour;
+                    if (!mayBePartOf(section, town, km))
+                        continue;
+                    const double share = km / radiusKm(town.population);
+                    // Inside of several towns the nearest to its middle; outside of all the largest.
+                    if (share < depth || (depth >= 1 && (!parent || town.population > parent->population))) {
+                        parent = &town;
+                        depth = std::min(share, 1.0);
+                    }
+                }
+            }
+        }
+        if (parent) {
+            Place& quarter = result.emplace_back(section);
+            quarter.name = parent->name;
+            quarter.alternateNames = parent->alternateNames;
+        } else if (standsAlone) {
+            result.push_back(section);
+            if (isWrittenPlainly(section.country))
+                result.back().name = plainName(section);
+        }
+    }
+    return result;
 }
 
 std::string withoutKind(std::string name, std::string_view country) {

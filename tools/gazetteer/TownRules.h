@@ -13,8 +13,10 @@ namespace GazetteerBuilder {
 /// Whether the feature code stands for a town at all, rather than for a part of one or for one that is no
 /// more.
 [[nodiscard]] bool isTown(const Place& place);
+/// Whether it stands for a part of a town.
+[[nodiscard]] bool isSection(const Place& place);
 
-/// At least a little, also where the table knows no number.
+/// More than the table knows for seats of government, and at least a little for all.
 [[nodiscard]] std::uint32_t assumedPopulation(const Place& place);
 
 /// The radius of a disc that holds the population at a town's usual density.
@@ -33,5 +35,10 @@ namespace GazetteerBuilder {
 /// Gives every place its English name: from the table, else its own name, in plain letters where the country
 /// writes another script or letters that English readers drop. Throws when a line of the table fits no place.
 void nameInEnglish(std::vector<Place>& places, const std::filesystem::path& table);
+
+/// What the sections of towns tell of the towns' extent: a place for each, with the section's position and
+/// population and the name of the town that it is a part of. Sections of towns that are no place themselves are
+/// towns of their own. `towns` have their English names already.
+[[nodiscard]] std::vector<Place> quarters(const std::vector<Place>& sections, const std::vector<Place>& towns);
 
 } // namespace GazetteerBuilder

