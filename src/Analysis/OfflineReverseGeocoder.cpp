@@ -113,7 +113,7 @@ std::optional<std::uint16_t> countryByLand(const Gazetteer& gazetteer, double la
 std::optional<std::uint16_t> countryAt(const Gazetteer& gazetteer, double latitude, double longitude) {
     const auto byPolygon = countryByPolygon(gazetteer, latitude, longitude);
     auto byLand = countryByLand(gazetteer, latitude, longitude, byPolygon);
-    if (!byLand) {
+    if (!byLand && byPolygon) {
         if (const auto bank = gazetteer.landBorders().nearestEdge(latitude, longitude, riverBankKm))
             byLand = gazetteer.landBorderShapes()[bank->shape];
     }

@@ -6,12 +6,6 @@
 
 namespace Analysis {
 
-namespace {
-
-constexpr double earthRadiusKm = 6371.0088;
-
-} // namespace
-
 UnitVector unitVector(double latitude, double longitude) {
     const double phi = latitude * std::numbers::pi / 180;
     const double lambda = longitude * std::numbers::pi / 180;

@@ -2,7 +2,9 @@
 
 #include <Analysis/GazetteerFormat.h>
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
 #include <span>
 
@@ -10,6 +12,8 @@ namespace Analysis {
 
 /// A unit vector from the Earth's centre.
 using UnitVector = std::array<float, 3>;
+
+inline constexpr double earthRadiusKm = 6371.0088;
 
 [[nodiscard]] UnitVector unitVector(double latitude, double longitude);
 
@@ -35,6 +39,15 @@ private:
     /// The straight line through the globe that spans as many kilometres of its surface.
     [[nodiscard]] static float chord(double km);
 
+    /// The arc over a straight line through the globe. Most are short, and two terms of the series tell them to
+    /// the metre.
+    [[nodiscard]] static double arcKm(float chord) {
+        constexpr double shortChord = 0.1;
+        const double straight = double{chord};
+        return earthRadiusKm * (straight < shortChord ? straight * (1 + straight * straight / 24)
+                                                      : 2 * std::asin(std::min(1.0, straight / 2)));
+    }
+
     template <typename Visit>
     void search(std::size_t first, std::size_t last, std::size_t axis, const UnitVector& centre, float reach,
                 Visit& visit) const {
@@ -53,7 +66,7 @@ private:
         for (std::size_t i = 0; i < 3; ++i)
             squared += (centre[i] - town.position[i]) * (centre[i] - town.position[i]);
         if (squared <= reach * reach)
-            visit(town, distanceKm(centre, town.position));
+            visit(town, arcKm(std::sqrt(squared)));
     }
 
     std::span<const GazetteerFormat::Town> m_towns;

@@ -37,13 +37,18 @@ constexpr std::uint32_t capitalBonus = 500'000;
 constexpr std::uint32_t seatBonus = 20'000;
 /// A town has this many times the people of a section of it.
 constexpr std::uint32_t smallestTownForItsSection = 2;
-/// How many radii from the middle a quarter of the same administrative unit may lie.
-constexpr double farthestQuarter = 1.8;
+/// How far outside of the town a quarter of the same administrative unit may lie.
+constexpr double farthestQuarterKm = 5;
 /// A section that belongs to no town is one itself when it has so many people, and nothing near the edge of which
 /// it lies has as many as this part of them.
 constexpr std::uint32_t smallestSuburb = 1000;
 constexpr double suburbSeparationKm = 10;
 constexpr double largestNeighbour = 0.5;
+
+/// Where post offices name villages: so far from the edge of a town they are none of its parts, and so far away
+/// another of the same name is another place.
+constexpr double villageSeparationKm = 5;
+constexpr double samePlaceKm = 30;
 
 constexpr double kmPerDegree = 111.195;
 
@@ -85,6 +90,13 @@ std::pair<int, int> gridCell(const Place& place) {
     return {static_cast<int>(std::floor(place.latitude)), static_cast<int>(std::floor(place.longitude))};
 }
 
+Grid gridOf(const std::vector<Place>& places) {
+    Grid grid;
+    for (std::size_t i = 0; i < places.size(); ++i)
+        grid[gridCell(places[i])].push_back(i);
+    return grid;
+}
+
 /// Countries whose names reach the table through a romanisation, marks and all, or whose marks English drops.
 bool isWrittenPlainly(std::string_view country) {
     static const std::set<std::string_view> codes{
@@ -115,7 +127,7 @@ bool mayBePartOf(const Place& section, const Place& town, double km) {
     if (!own.empty() && !other.empty() && own != other)
         return false;
     const double radius = radiusKm(town.population);
-    return km < radius || (section.areas[1] == town.areas[1] && km < radius * farthestQuarter + 3);
+    return km < radius || (section.areas[1] == town.areas[1] && km < radius + farthestQuarterKm);
 }
 
 } // namespace
@@ -171,9 +183,7 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
         return places[a].population > places[b].population;
     });
 
-    Grid grid;
-    for (std::size_t i = 0; i < places.size(); ++i)
-        grid[gridCell(places[i])].push_back(i);
+    const Grid grid = gridOf(places);
 
     std::vector<bool> isSection(places.size(), false);
     for (std::size_t i = 0; i < places.size(); ++i) {
@@ -215,11 +225,30 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
     return towns;
 }
 
-std::vector<Place> quarters(const std::vector<Place>& sections, const std::vector<Place>& towns) {
-    Grid grid;
-    for (std::size_t i = 0; i < towns.size(); ++i)
-        grid[gridCell(towns[i])].push_back(i);
+std::vector<Place> inGapsBetween(const std::vector<Place>& towns, std::vector<Place> villages) {
+    const Grid grid = gridOf(towns);
+    std::erase_if(villages, [&](const Place& village) {
+        bool isKnown = false;
+        const auto [row, column] = gridCell(village);
+        for (int y = row - 1; y <= row + 1; ++y) {
+            for (int x = column - 1; x <= column + 1; ++x) {
+                const auto cell = grid.find({y, x});
+                if (cell == grid.end())
+                    continue;
+                for (const std::size_t i : cell->second) {
+                    const double km = distanceKm(village, towns[i]);
+                    isKnown |= km < radiusKm(towns[i].population) + villageSeparationKm ||
+                               (km < samePlaceKm && village.name == towns[i].name);
+                }
+            }
+        }
+        return isKnown;
+    });
+    return villages;
+}
 
+std::vector<Place> quarters(const std::vector<Place>& sections, const std::vector<Place>& towns) {
+    const Grid grid = gridOf(towns);
     std::vector<Place> result;
     for (const Place& section : sections) {
         const Place* parent = nullptr;

@@ -29,6 +29,9 @@ namespace GazetteerBuilder {
 [[nodiscard]] std::vector<Place> withoutSections(std::vector<Place> places,
                                                  const std::filesystem::path& corrections);
 
+/// Those of the villages that fill gaps between the towns: far from all, and none of them by another position.
+[[nodiscard]] std::vector<Place> inGapsBetween(const std::vector<Place>& towns, std::vector<Place> villages);
+
 /// A Japanese town's or area's name without the word for its kind: "Nara-shi" is Nara.
 [[nodiscard]] std::string withoutKind(std::string name, std::string_view country);
 
