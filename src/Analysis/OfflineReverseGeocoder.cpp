@@ -41,6 +41,8 @@ constexpr double otherIslandPenalty = 1.15;
 constexpr double borderErrorKm = 2;
 constexpr double borderErrorByLength = 0.25;
 constexpr double largestBorderErrorKm = 15;
+/// The land borders themselves are as good as this.
+constexpr double landBorderErrorKm = 0.15;
 /// On a river between two countries, how far a bank tells the country.
 constexpr double riverBankKm = 0.4;
 /// The region layer is not true to less than this.
@@ -120,6 +122,20 @@ std::optional<std::uint16_t> countryAt(const Gazetteer& gazetteer, double latitu
     if (!byLand || byLand == byPolygon || (byPolygon && !isBorderCoarse(gazetteer, latitude, longitude)))
         return byPolygon;
     return byLand;
+}
+
+/// The other country, for a point as good as on the border between two.
+std::optional<std::uint16_t> countryBeyondTheLine(const Gazetteer& gazetteer, double latitude, double longitude,
+                                                  std::optional<std::uint16_t> country) {
+    const PolygonLayer& layer = gazetteer.landBorders();
+    const auto line = layer.nearestEdge(latitude, longitude, landBorderErrorKm);
+    if (!line || !country)
+        return std::nullopt;
+    if (gazetteer.landBorderShapes()[line->shape] != country)
+        return gazetteer.landBorderShapes()[line->shape];
+    // Both countries have the same edge.
+    const auto other = layer.nearestEdge(latitude, longitude, landBorderErrorKm, line->shape);
+    return other ? std::optional(gazetteer.landBorderShapes()[other->shape]) : std::nullopt;
 }
 
 Position located(const Gazetteer& gazetteer, double latitude, double longitude) {
@@ -236,7 +252,15 @@ Placemark OfflineReverseGeocoder::placemark(const ProjectModel::Coordinate& coor
     const Position position = located(gazetteer, latitude, coordinate.longitude);
     const UnitVector point = unitVector(latitude, coordinate.longitude);
 
-    const Found found = bestTown(gazetteer, point, position);
+    Found found = bestTown(gazetteer, point, position);
+    if (!found.town) {
+        // Who stands on a summit between two countries came up from one of them.
+        if (const auto neighbour = countryBeyondTheLine(gazetteer, latitude, coordinate.longitude, position.country)) {
+            Position beyond = position;
+            beyond.country = neighbour;
+            found = bestTown(gazetteer, point, beyond);
+        }
+    }
     // An islet too small for the coastline is land all the same when a town stands beside the point.
     if (!position.isOnLand && !position.isCoastal && !found.town)
         return {};

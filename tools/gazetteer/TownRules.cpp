@@ -1,3 +1,4 @@
+#include "NameRules.h"
 #include "TownRules.h"
 
 #include <algorithm>
@@ -47,7 +48,7 @@ constexpr double largestNeighbour = 0.5;
 
 /// Where post offices name villages: so far from the edge of a town they are none of its parts, and so far away
 /// another of the same name is another place.
-constexpr double villageSeparationKm = 5;
+constexpr double villageSeparationKm = 6;
 constexpr double samePlaceKm = 30;
 
 constexpr double kmPerDegree = 111.195;
@@ -97,27 +98,6 @@ Grid gridOf(const std::vector<Place>& places) {
     return grid;
 }
 
-/// Countries whose names reach the table through a romanisation, marks and all, or whose marks English drops.
-bool isWrittenPlainly(std::string_view country) {
-    static const std::set<std::string_view> codes{
-        "AE", "AF", "AM", "AZ", "BD", "BG", "BH", "BT", "BY", "CN", "CY", "EG", "ER", "ET",
-        "GE", "GR", "HK", "IL", "IN", "IQ", "IR", "JO", "JP", "KG", "KH", "KP", "KR", "KW",
-        "KZ", "LA", "LB", "LK", "LY", "MK", "MM", "MN", "MO", "MV", "NP", "OM", "PK", "PS",
-        "QA", "RU", "SA", "SD", "SY", "TH", "TJ", "TM", "TW", "UA", "UZ", "VN", "YE"};
-    return codes.contains(country);
-}
-
-std::string plainName(const Place& place) {
-    if (place.asciiName.empty())
-        return place.name;
-    std::string name = place.asciiName;
-    // In Chinese names an apostrophe parts syllables and stays; elsewhere it stands for a soft sign or a
-    // glottal stop, which English readers leave out.
-    if (place.country != "CN" && place.country != "TW" && place.country != "BD")
-        std::erase_if(name, [](char c) { return c == '\'' || c == '`'; });
-    return name;
-}
-
 bool mayBePartOf(const Place& section, const Place& town, double km) {
     if (section.country != town.country || section.areas[0] != town.areas[0] ||
         town.population < section.population * smallestTownForItsSection)
@@ -135,7 +115,8 @@ bool mayBePartOf(const Place& section, const Place& town, double km) {
 bool isTown(const Place& place) {
     // Sections of towns; historical, destroyed and abandoned places.
     static const std::set<std::string_view> others{"PPLX", "PPLA5", "PPLH", "PPLCH", "PPLQ", "PPLW"};
-    if (others.contains(place.kind) || place.name.find("(Kreis ") != std::string::npos)
+    if (others.contains(place.kind) || place.name.find("(Kreis ") != std::string::npos ||
+        place.name.ends_with("(historical)"))
         return false;
     // A seat of government where nobody lives is a building.
     return place.kind != "PPLG" || place.population > 0;
@@ -282,44 +263,10 @@ std::vector<Place> quarters(const std::vector<Place>& sections, const std::vecto
             quarter.alternateNames = parent->alternateNames;
         } else if (standsAlone) {
             result.push_back(section);
-            if (isWrittenPlainly(section.country))
-                result.back().name = plainName(section);
+            result.back().name = englishName(section);
         }
     }
     return result;
-}
-
-std::string withoutKind(std::string name, std::string_view country) {
-    if (country == "JP") {
-        for (const std::string_view kind : {"-shi", "-Shi", "-gun", "-Gun"}) {
-            if (name.ends_with(kind))
-                name.resize(name.size() - kind.size());
-        }
-    }
-    return name;
-}
-
-void nameInEnglish(std::vector<Place>& places, const std::filesystem::path& table) {
-    std::map<std::pair<std::string, std::string>, std::size_t> largest;
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        const auto [entry, isNew] = largest.try_emplace({places[i].country, places[i].name}, i);
-        if (!isNew && places[i].population > places[entry->second].population)
-            entry->second = i;
-    }
-    std::map<std::size_t, std::string> names;
-    for (const auto& row : readTable(table, 3)) {
-        const auto found = largest.find({row[0], row[1]});
-        if (found == largest.end())
-            throw std::runtime_error(table.string() + " names " + row[1] + " (" + row[0] +
-                                     "), which is no town");
-        names[found->second] = row[2];
-    }
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        if (const auto known = names.find(i); known != names.end())
-            places[i].name = known->second;
-        else if (isWrittenPlainly(places[i].country))
-            places[i].name = withoutKind(plainName(places[i]), places[i].country);
-    }
 }
 
 } // namespace GazetteerBuilder

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-/// Which places are towns that people would name, how large they are, and what they are called in English.
+/// Which places are towns that people would name, how large they are, and what belongs to them.
 namespace GazetteerBuilder {
 
 /// Whether the feature code stands for a town at all, rather than for a part of one or for one that is no
@@ -31,13 +31,6 @@ namespace GazetteerBuilder {
 
 /// Those of the villages that fill gaps between the towns: far from all, and none of them by another position.
 [[nodiscard]] std::vector<Place> inGapsBetween(const std::vector<Place>& towns, std::vector<Place> villages);
-
-/// A Japanese town's or area's name without the word for its kind: "Nara-shi" is Nara.
-[[nodiscard]] std::string withoutKind(std::string name, std::string_view country);
-
-/// Gives every place its English name: from the table, else its own name, in plain letters where the country
-/// writes another script or letters that English readers drop. Throws when a line of the table fits no place.
-void nameInEnglish(std::vector<Place>& places, const std::filesystem::path& table);
 
 /// What the sections of towns tell of the towns' extent: a place for each, with the section's position and
 /// population and the name of the town that it is a part of. Sections of towns that are no place themselves are

