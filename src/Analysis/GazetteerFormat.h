@@ -24,11 +24,14 @@ enum class SectionKind : std::uint32_t {
     SecondLevelAreas,
     /// Text positions of the names of first-level areas.
     FirstLevelAreas,
-    /// Region: the pieces of land that first-level areas are made of, each a shape of the region layer. An island
+    /// Region: the pieces of land that first-level areas are made of, each a shape of the region layer. An
+    /// island
     /// is a piece of its own.
     Regions,
-    /// The polygon layers: Vertex, CellStart, CellEntry and edge numbers of each. The first holds countries with
-    /// their waters, simplified; the second, land alone, follows the borders themselves, and only the cells in
+    /// The polygon layers: Vertex, CellStart, CellEntry and edge numbers of each. The first holds countries
+    /// with
+    /// their waters, simplified; the second, land alone, follows the borders themselves, and only the cells
+    /// in
     /// which countries meet have entries; the third holds regions.
     BorderVertices,
     BorderShapes,

@@ -35,9 +35,9 @@ constexpr double coarseBorderKm = 3;
 /// What a first-level border between point and town weighs, and what water does.
 constexpr double otherAreaPenalty = 1.5;
 constexpr double otherIslandPenalty = 1.15;
-/// Border polygons follow the ground where people live and run straight for long elsewhere: they may be wrong by
-/// this, or by a part of the length of the nearest edge. Where the land borders disagree farther away, they have
-/// taken a side in a dispute.
+/// Border polygons follow the ground where people live and run straight for long elsewhere: they may be wrong
+/// by this, or by a part of the length of the nearest edge. Where the land borders disagree farther away,
+/// they have taken a side in a dispute.
 constexpr double borderErrorKm = 2;
 constexpr double borderErrorByLength = 0.25;
 constexpr double largestBorderErrorKm = 15;
@@ -94,10 +94,10 @@ std::optional<std::uint16_t> countryByPolygon(const Gazetteer& gazetteer, double
     return gazetteer.borderShapes()[*shape];
 }
 
-/// The country on whose land the point is, or on whose bank of a river, near land borders. Where several claim
-/// it, the polygons decide.
+/// The country on whose land the point is, or on whose bank of a river, near land borders. Where several
+/// claim it, the polygons decide.
 std::optional<std::uint16_t> countryByLand(const Gazetteer& gazetteer, double latitude, double longitude,
-                                           std::optional<std::uint16_t> byPolygon) {
+                                           std::uint16_t byPolygon) {
     const PolygonLayer& layer = gazetteer.landBorders();
     std::optional<std::uint16_t> owner;
     for (auto shape = layer.shapeAt(latitude, longitude); shape;
@@ -114,22 +114,26 @@ std::optional<std::uint16_t> countryByLand(const Gazetteer& gazetteer, double la
 /// The country whose land or waters the point lies in.
 std::optional<std::uint16_t> countryAt(const Gazetteer& gazetteer, double latitude, double longitude) {
     const auto byPolygon = countryByPolygon(gazetteer, latitude, longitude);
-    auto byLand = countryByLand(gazetteer, latitude, longitude, byPolygon);
-    if (!byLand && byPolygon) {
+    // The polygons hold all land, so this is the open sea, or nobody's.
+    if (!byPolygon)
+        return std::nullopt;
+    auto byLand = countryByLand(gazetteer, latitude, longitude, *byPolygon);
+    if (!byLand) {
         if (const auto bank = gazetteer.landBorders().nearestEdge(latitude, longitude, riverBankKm))
             byLand = gazetteer.landBorderShapes()[bank->shape];
     }
-    if (!byLand || byLand == byPolygon || (byPolygon && !isBorderCoarse(gazetteer, latitude, longitude)))
-        return byPolygon;
-    return byLand;
+    const bool isDoubtful = byLand && byLand != byPolygon && isBorderCoarse(gazetteer, latitude, longitude);
+    return isDoubtful ? byLand : byPolygon;
 }
 
 /// The other country, for a point as good as on the border between two.
-std::optional<std::uint16_t> countryBeyondTheLine(const Gazetteer& gazetteer, double latitude, double longitude,
-                                                  std::optional<std::uint16_t> country) {
+std::optional<std::uint16_t> countryBeyondTheLine(const Gazetteer& gazetteer, double latitude,
+                                                  double longitude, std::optional<std::uint16_t> country) {
+    if (!country)
+        return std::nullopt;
     const PolygonLayer& layer = gazetteer.landBorders();
     const auto line = layer.nearestEdge(latitude, longitude, landBorderErrorKm);
-    if (!line || !country)
+    if (!line)
         return std::nullopt;
     if (gazetteer.landBorderShapes()[line->shape] != country)
         return gazetteer.landBorderShapes()[line->shape];
@@ -177,16 +181,13 @@ bool isInAnotherArea(const Gazetteer& gazetteer, const Town& town, const Positio
 /// The town to name.
 Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Position& position) {
     Found best;
-    gazetteer.townIndex().forEachWithin(point, longestReachKm, [&](const Town& town, double km) {
+    const double reach = position.country ? longestReachKm : countryByTownKm;
+    gazetteer.townIndex().forEachWithin(point, reach, [&](const Town& town, double km) {
         if (km > reachKm(town, position.isAshore))
             return;
-        if (position.country) {
-            if (town.country != *position.country &&
-                !(town.isOutsideItsBorders != 0 && km <= double{town.radiusKm} + coarseBorderKm))
-                return;
-        } else if (km > countryByTownKm) {
+        if (position.country && town.country != *position.country &&
+            !(town.isOutsideItsBorders != 0 && km <= double{town.radiusKm} + coarseBorderKm))
             return;
-        }
         double weighed = remoteness(town, km);
         if (isOnAnotherPieceOfLand(town, position))
             weighed *= isInAnotherArea(gazetteer, town, position) ? otherAreaPenalty : otherIslandPenalty;
@@ -202,7 +203,8 @@ Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Positi
 Found nearestTown(const Gazetteer& gazetteer, const UnitVector& point, const Position& position) {
     Found best;
     gazetteer.townIndex().forEachWithin(point, firstLevelReachKm, [&](const Town& town, double km) {
-        if (town.country == position.country && !isInAnotherArea(gazetteer, town, position) && km < best.distanceKm)
+        if (town.country == position.country && !isInAnotherArea(gazetteer, town, position) &&
+            km < best.distanceKm)
             best = {&town, km, 0};
     });
     return best;
@@ -255,7 +257,8 @@ Placemark OfflineReverseGeocoder::placemark(const ProjectModel::Coordinate& coor
     Found found = bestTown(gazetteer, point, position);
     if (!found.town) {
         // Who stands on a summit between two countries came up from one of them.
-        if (const auto neighbour = countryBeyondTheLine(gazetteer, latitude, coordinate.longitude, position.country)) {
+        if (const auto neighbour =
+                countryBeyondTheLine(gazetteer, latitude, coordinate.longitude, position.country)) {
             Position beyond = position;
             beyond.country = neighbour;
             found = bestTown(gazetteer, point, beyond);

@@ -44,17 +44,24 @@ bool crosses(const Point& from, const Point& to, const Point& a, const Point& b)
     return isLeft(from, to, a) != isLeft(from, to, b) && isLeft(a, b, from) != isLeft(a, b, to);
 }
 
+/// Whether both ends lie on one side of a band: most edges of a cell can be left out so.
+bool isBeside(std::int32_t a, std::int32_t b, std::int32_t low, std::int32_t high) {
+    return (a < low && b < low) || (a > high && b > high);
+}
+
 std::int32_t units(double degrees) {
     return static_cast<std::int32_t>(std::lround(degrees * PolygonLayer::unitsPerDegree));
 }
 
-/// The distance from the origin to the segment a b in the plane.
-double distanceToSegment(double ax, double ay, double bx, double by) {
+/// The square of the distance from the origin to the segment a b in the plane.
+double squaredDistanceToSegment(double ax, double ay, double bx, double by) {
     const double dx = bx - ax;
     const double dy = by - ay;
     const double lengthSquared = dx * dx + dy * dy;
     const double t = lengthSquared > 0 ? std::clamp(-(ax * dx + ay * dy) / lengthSquared, 0.0, 1.0) : 0.0;
-    return std::hypot(ax + t * dx, ay + t * dy);
+    const double x = ax + t * dx;
+    const double y = ay + t * dy;
+    return x * x + y * y;
 }
 
 } // namespace
@@ -93,12 +100,17 @@ std::optional<std::uint16_t> PolygonLayer::shapeAt(double latitude, double longi
     const int column = columnOf(here.longitude);
     const Point from = doubled(here);
     const Point to = middleOf(row, column);
+    // Whole units around the half ones.
+    const auto south = static_cast<std::int32_t>(std::min(from.y, to.y) / 2) - 1;
+    const auto north = static_cast<std::int32_t>(std::max(from.y, to.y) / 2) + 1;
     for (const CellEntry& entry : entriesOf(row, column)) {
         if (entry.shape < first)
             continue;
         bool inside = entry.containsMiddle != 0;
         for (const std::uint32_t edge : m_edges.subspan(entry.firstEdge, entry.edgeCount)) {
-            if (crosses(from, to, doubled(m_vertices[edge]), doubled(m_vertices[edge + 1])))
+            const Vertex& a = m_vertices[edge];
+            const Vertex& b = m_vertices[edge + 1];
+            if (!isBeside(a.latitude, b.latitude, south, north) && crosses(from, to, doubled(a), doubled(b)))
                 inside = !inside;
         }
         if (inside)
@@ -121,8 +133,11 @@ std::optional<PolygonLayer::NearEdge> PolygonLayer::nearestEdge(double latitude,
     const int firstColumn = static_cast<int>(std::floor((longitude - reachLongitude + 180) * cellsPerDegree));
     const int lastColumn = static_cast<int>(std::floor((longitude + reachLongitude + 180) * cellsPerDegree));
 
+    const std::int32_t south = units(latitude - reachLatitude) - 1;
+    const std::int32_t north = units(latitude + reachLatitude) + 1;
+
     std::optional<NearEdge> nearest;
-    double best = maxKm;
+    double best = maxKm * maxKm;
     for (int row = firstRow; row <= lastRow; ++row) {
         for (int column = firstColumn; column <= lastColumn; ++column) {
             const int wrapped = ((column % columns) + columns) % columns;
@@ -141,10 +156,13 @@ std::optional<PolygonLayer::NearEdge> PolygonLayer::nearestEdge(double latitude,
                     };
                     const Vertex& a = m_vertices[edge];
                     const Vertex& b = m_vertices[edge + 1];
-                    const double d = distanceToSegment(x(a), y(a), x(b), y(b));
-                    if (d <= best) {
-                        best = d;
-                        nearest = NearEdge{entry.shape, d, std::hypot(x(b) - x(a), y(b) - y(a))};
+                    if (isBeside(a.latitude, b.latitude, south, north))
+                        continue;
+                    const double squared = squaredDistanceToSegment(x(a), y(a), x(b), y(b));
+                    if (squared <= best) {
+                        best = squared;
+                        nearest =
+                            NearEdge{entry.shape, std::sqrt(squared), std::hypot(x(b) - x(a), y(b) - y(a))};
                     }
                 }
             }

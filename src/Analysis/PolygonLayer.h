@@ -35,7 +35,8 @@ public:
     /// Whether all positions in the tables lead to something.
     [[nodiscard]] bool isConsistent() const;
 
-    /// The first shape, in the order of their numbers from `first` on, that holds the point (degrees, on Earth).
+    /// The first shape, in the order of their numbers from `first` on, that holds the point (degrees, on
+    /// Earth).
     [[nodiscard]] std::optional<std::uint16_t> shapeAt(double latitude, double longitude,
                                                        std::uint32_t first = 0) const;
 

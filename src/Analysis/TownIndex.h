@@ -39,8 +39,8 @@ private:
     /// The straight line through the globe that spans as many kilometres of its surface.
     [[nodiscard]] static float chord(double km);
 
-    /// The arc over a straight line through the globe. Most are short, and two terms of the series tell them to
-    /// the metre.
+    /// The arc over a straight line through the globe. Most are short, and two terms of the series tell them
+    /// to the metre.
     [[nodiscard]] static double arcKm(float chord) {
         constexpr double shortChord = 0.1;
         const double straight = double{chord};

@@ -124,8 +124,9 @@ Layer buildLayer(std::span<const Shape* const> shapes) {
 Layer whereShapesMeet(const Layer& layer) {
     Layer result;
     const auto entriesOf = [&](std::size_t cell) {
-        const auto entries = std::span(layer.cellEntries)
-                                 .subspan(layer.cellStarts[cell], layer.cellStarts[cell + 1] - layer.cellStarts[cell]);
+        const auto entries =
+            std::span(layer.cellEntries)
+                .subspan(layer.cellStarts[cell], layer.cellStarts[cell + 1] - layer.cellStarts[cell]);
         return entries.size() > 1 ? entries : std::span<const CellEntry>();
     };
     const auto edgesOf = [&](const CellEntry& entry) {

@@ -29,8 +29,8 @@ std::string plainName(const Place& place) {
     return name;
 }
 
-/// "Zacualpan (San Mateo)" and "Uster / Nieder-Uster" say more than people do. In German names, additions tell
-/// towns apart.
+/// "Zacualpan (San Mateo)" and "Uster / Nieder-Uster" say more than people do. In German names, additions
+/// tell towns apart.
 std::string withoutAdditions(const std::string& name, std::string_view country) {
     if (country == "DE" || country == "AT")
         return name;

@@ -12,12 +12,12 @@
 /// What towns and administrative areas are called in English.
 namespace GazetteerBuilder {
 
-/// The place's own name, in plain letters where the country writes another script or letters that English readers
-/// drop, without additions that tell it from others of its name.
+/// The place's own name, in plain letters where the country writes another script or letters that English
+/// readers drop, without additions that tell it from others of its name.
 [[nodiscard]] std::string englishName(const Place& place);
 
-/// Gives every place its English name: from the table, else by the rules. Throws when a line of the table fits no
-/// place.
+/// Gives every place its English name: from the table, else by the rules. Throws when a line of the table
+/// fits no place.
 void nameInEnglish(std::vector<Place>& places, const std::filesystem::path& table);
 
 /// Leaves out, or says in English, the words of an area's name that tell its kind.

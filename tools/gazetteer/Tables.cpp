@@ -59,7 +59,8 @@ void appendPolygon(const json& polygon, Shape& shape) {
     for (const json& ring : polygon) {
         auto& vertices = shape.rings.emplace_back();
         for (const json& position : ring) {
-            if (const auto next = vertex(position.at(0), position.at(1)); vertices.empty() || vertices.back() != next)
+            if (const auto next = vertex(position.at(0), position.at(1));
+                vertices.empty() || vertices.back() != next)
                 vertices.push_back(next);
         }
         if (vertices.size() > 1 && vertices.front() != vertices.back())
@@ -106,8 +107,8 @@ std::string countryOfShape(const json& properties) {
     return textOr(properties, "country", "");
 }
 
-/// Takes the features of a collection as they come past. Whatever the depth of their arrays, two numbers are a
-/// position and an array of positions is a ring.
+/// Takes the features of a collection as they come past. Whatever the depth of their arrays, two numbers are
+/// a position and an array of positions is a ring.
 class LandBorderReader final : public nlohmann::json_sax<json> {
 public:
     std::vector<CountryShape> take() { return std::move(m_countries); }
@@ -304,12 +305,14 @@ std::vector<RegionShape> readRegions(const std::filesystem::path& file) {
     const json document = readJson(file);
     for (const json& feature : document.at("features")) {
         const json& properties = feature.at("properties");
-        RegionShape piece{area++, textOr(properties, "iso_a2", ""),
-                          textOr(properties, "name_en", textOr(properties, "name", "")), {}};
+        RegionShape piece{area++,
+                          textOr(properties, "iso_a2", ""),
+                          textOr(properties, "name_en", textOr(properties, "name", "")),
+                          {}};
         const json& geometry = feature.at("geometry");
         const bool isSinglePiece = geometry.at("type") == "Polygon";
-        for (const json& polygon : isSinglePiece ? json::array({geometry.at("coordinates")})
-                                                 : geometry.at("coordinates")) {
+        for (const json& polygon :
+             isSinglePiece ? json::array({geometry.at("coordinates")}) : geometry.at("coordinates")) {
             piece.shape = {};
             appendPolygon(polygon, piece.shape);
             shapes.push_back(piece);

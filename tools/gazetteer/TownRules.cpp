@@ -1,5 +1,6 @@
-#include "NameRules.h"
 #include "TownRules.h"
+
+#include "NameRules.h"
 
 #include <algorithm>
 #include <cmath>
@@ -32,22 +33,22 @@ constexpr double townDensityPerKm2 = 3000;
 constexpr double smallestRadiusKm = 0.5;
 constexpr double largestRadiusKm = 25;
 
-/// A seat of government is known beyond its size, a small one more so: as a town of more people, by a share of
-/// its own and by so many at most.
+/// A seat of government is known beyond its size, a small one more so: as a town of more people, by a share
+/// of its own and by so many at most.
 constexpr std::uint32_t capitalBonus = 500'000;
 constexpr std::uint32_t seatBonus = 20'000;
 /// A town has this many times the people of a section of it.
 constexpr std::uint32_t smallestTownForItsSection = 2;
 /// How far outside of the town a quarter of the same administrative unit may lie.
 constexpr double farthestQuarterKm = 5;
-/// A section that belongs to no town is one itself when it has so many people, and nothing near the edge of which
-/// it lies has as many as this part of them.
+/// A section that belongs to no town is one itself when it has so many people, and nothing near the edge of
+/// which it lies has as many as this part of them.
 constexpr std::uint32_t smallestSuburb = 1000;
 constexpr double suburbSeparationKm = 10;
 constexpr double largestNeighbour = 0.5;
 
-/// Where post offices name villages: so far from the edge of a town they are none of its parts, and so far away
-/// another of the same name is another place.
+/// Where post offices name villages: so far from the edge of a town they are none of its parts, and so far
+/// away another of the same name is another place.
 constexpr double villageSeparationKm = 6;
 constexpr double samePlaceKm = 30;
 

@@ -29,12 +29,14 @@ namespace GazetteerBuilder {
 [[nodiscard]] std::vector<Place> withoutSections(std::vector<Place> places,
                                                  const std::filesystem::path& corrections);
 
-/// Those of the villages that fill gaps between the towns: far from all, and none of them by another position.
+/// Those of the villages that fill gaps between the towns: far from all, and none of them by another
+/// position.
 [[nodiscard]] std::vector<Place> inGapsBetween(const std::vector<Place>& towns, std::vector<Place> villages);
 
 /// What the sections of towns tell of the towns' extent: a place for each, with the section's position and
-/// population and the name of the town that it is a part of. Sections of towns that are no place themselves are
-/// towns of their own. `towns` have their English names already.
-[[nodiscard]] std::vector<Place> quarters(const std::vector<Place>& sections, const std::vector<Place>& towns);
+/// population and the name of the town that it is a part of. Sections of towns that are no place themselves
+/// are towns of their own. `towns` have their English names already.
+[[nodiscard]] std::vector<Place> quarters(const std::vector<Place>& sections,
+                                          const std::vector<Place>& towns);
 
 } // namespace GazetteerBuilder
