@@ -22,8 +22,10 @@ constexpr double coastErrorKm = 2;
 constexpr double longestReachKm = 40;
 /// The reach of the smallest hamlet; that of a town grows with it.
 constexpr double shortestReachKm = 25;
-/// On the water, how far from a town's edge one still names it.
-constexpr double reachAtSeaKm = 15;
+/// A place that nobody counted is named no farther away.
+constexpr double reachOfUncountedKm = 15;
+/// On the water, or beyond it, how far from a town's edge one still names it.
+constexpr double reachOverWaterKm = 15;
 /// How close the nearest town has to be so that its second-level area is likely the point's own.
 constexpr double secondLevelReachKm = 60;
 /// And its first-level area.
@@ -33,7 +35,7 @@ constexpr double countryByTownKm = 10;
 /// A town in the polygon of another country claims its surroundings, as far as this from its edge.
 constexpr double coarseBorderKm = 3;
 /// What a first-level border between point and town weighs, and what water does.
-constexpr double otherAreaPenalty = 1.5;
+constexpr double otherAreaPenalty = 2;
 constexpr double otherIslandPenalty = 1.15;
 /// Border polygons follow the ground where people live and run straight for long elsewhere: they may be wrong
 /// by this, or by a part of the length of the nearest edge. Where the land borders disagree farther away,
@@ -47,14 +49,10 @@ constexpr double landBorderErrorKm = 0.15;
 constexpr double riverBankKm = 0.4;
 /// The region layer is not true to less than this.
 constexpr double regionPrecisionKm = 0.7;
+/// Farther south all is land or shelf ice, which the coasts leave out.
+constexpr double southernmostSea = -78.6;
 /// Meridians meet in the poles themselves, where polygons that were drawn on a map end.
 constexpr double northernmostLatitude = 89.9999;
-
-/// How far from its centre a town is named.
-double reachKm(const Town& town, bool isAshore) {
-    const double radius = double{town.radiusKm};
-    return isAshore ? std::min(shortestReachKm + radius * 1.5, longestReachKm) : radius + reachAtSeaKm;
-}
 
 /// Inside a town 0 at the centre to 1 at the edge; outside it grows, the more slowly the larger the town.
 double remoteness(const Town& town, double km) {
@@ -157,14 +155,14 @@ Position located(const Gazetteer& gazetteer, double latitude, double longitude) 
         }
     }
     position.isAshore = position.isOnLand || (position.isCoastal && coastKm <= coastErrorKm);
-    position.isRegionSure =
-        position.region &&
-        !regions.nearestEdge(latitude, longitude, coastKm + regionPrecisionKm, position.region);
     const std::uint16_t regionCountry =
         position.region ? gazetteer.regions()[*position.region].country : none;
     // Some waters and islets lie beyond all border polygons.
     if (!position.country && regionCountry != none)
         position.country = regionCountry;
+    position.isRegionSure =
+        position.region && regionCountry == position.country &&
+        !regions.nearestEdge(latitude, longitude, coastKm + regionPrecisionKm, position.region);
     return position;
 }
 
@@ -178,12 +176,21 @@ bool isInAnotherArea(const Gazetteer& gazetteer, const Town& town, const Positio
            gazetteer.regions()[town.region].area != gazetteer.regions()[*position.region].area;
 }
 
+/// How far from its centre a town is named.
+double reachKm(const Town& town, const Position& position) {
+    const double radius = double{town.radiusKm};
+    if (!position.isAshore || isOnAnotherPieceOfLand(town, position))
+        return radius + reachOverWaterKm;
+    const double reach = town.population == 0 ? reachOfUncountedKm : shortestReachKm;
+    return std::min(reach + radius * 1.5, longestReachKm);
+}
+
 /// The town to name.
 Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Position& position) {
     Found best;
     const double reach = position.country ? longestReachKm : countryByTownKm;
     gazetteer.townIndex().forEachWithin(point, reach, [&](const Town& town, double km) {
-        if (km > reachKm(town, position.isAshore))
+        if (km > reachKm(town, position))
             return;
         if (position.country && town.country != *position.country &&
             !(town.isOutsideItsBorders != 0 && km <= double{town.radiusKm} + coarseBorderKm))
@@ -265,7 +272,7 @@ Placemark OfflineReverseGeocoder::placemark(const ProjectModel::Coordinate& coor
         }
     }
     // An islet too small for the coastline is land all the same when a town stands beside the point.
-    if (!position.isOnLand && !position.isCoastal && !found.town)
+    if (!position.isOnLand && !position.isCoastal && !found.town && latitude > southernmostSea)
         return {};
 
     Placemark result;

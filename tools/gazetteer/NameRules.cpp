@@ -26,6 +26,9 @@ std::string plainName(const Place& place) {
     // glottal stop, which English readers leave out.
     if (place.country != "CN" && place.country != "TW" && place.country != "BD")
         std::erase_if(name, [](char c) { return c == '\'' || c == '`'; });
+    // The Icelandic letter that looks like the Vietnamese one was spelled out.
+    for (std::size_t at = 0; place.country == "VN" && (at = name.find("GJ")) != std::string::npos;)
+        name.replace(at, 2, "D");
     return name;
 }
 
@@ -44,7 +47,7 @@ std::string withoutAdditions(const std::string& name, std::string_view country) 
 
 /// A Japanese town's or area's name without the word for its kind: "Nara-shi" is Nara.
 std::string withoutJapaneseKind(std::string name) {
-    for (const std::string_view kind : {"-shi", "-Shi", "-gun", "-Gun"}) {
+    for (const std::string_view kind : {"-shi", "-Shi", " Shi", "-gun", "-Gun", " Gun"}) {
         if (name.ends_with(kind))
             name.resize(name.size() - kind.size());
     }
