@@ -25,8 +25,10 @@ constexpr double sectionShare = 0.4;
 /// neighbours.
 constexpr std::uint32_t neighbourPopulation = 300'000;
 constexpr double neighbourShare = 0.6;
-/// Smaller towns are left alone: what lies beside them are villages, not districts.
+/// Smaller towns are left alone: what lies beside them are villages, not districts. Where the unit is the
+/// town's own municipality, districts are found beside small towns too.
 constexpr std::uint32_t smallestMetropolis = 100'000;
+constexpr std::uint32_t smallestMunicipality = 1000;
 /// The densely built core, for which `coreShare` is measured.
 constexpr double coreDensityPerKm2 = 4000;
 constexpr double townDensityPerKm2 = 3000;
@@ -175,12 +177,10 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
 
     for (const std::size_t i : largestFirst) {
         const Place& town = places[i];
-        if (town.population < smallestMetropolis)
-            break;
-        if (isSection[i])
+        const bool isMunicipality = !town.areas[municipalityLevel].empty();
+        if (isSection[i] || town.population < (isMunicipality ? smallestMunicipality : smallestMetropolis))
             continue;
-        const double core = discRadius(town.population, coreDensityPerKm2) *
-                            (town.areas[municipalityLevel].empty() ? coreShare : 1);
+        const double core = discRadius(town.population, coreDensityPerKm2) * (isMunicipality ? 1 : coreShare);
         const auto [row, column] = gridCell(town);
         for (int y = row - 1; y <= row + 1; ++y) {
             for (int x = column - 1; x <= column + 1; ++x) {
