@@ -185,6 +185,15 @@ double reachKm(const Town& town, const Position& position) {
     return std::min(reach + radius * 1.5, longestReachKm);
 }
 
+/// The same, seen from the position: no town holds what lies in another first-level area.
+double remotenessFrom(const Gazetteer& gazetteer, const Position& position, const Town& town, double km) {
+    const double plain = remoteness(town, km);
+    if (!isOnAnotherPieceOfLand(town, position))
+        return plain;
+    return isInAnotherArea(gazetteer, town, position) ? std::max(plain * otherAreaPenalty, 1.0)
+                                                      : plain * otherIslandPenalty;
+}
+
 /// The town to name.
 Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Position& position) {
     Found best;
@@ -195,9 +204,7 @@ Found bestTown(const Gazetteer& gazetteer, const UnitVector& point, const Positi
         if (position.country && town.country != *position.country &&
             !(town.isOutsideItsBorders != 0 && km <= double{town.radiusKm} + coarseBorderKm))
             return;
-        double weighed = remoteness(town, km);
-        if (isOnAnotherPieceOfLand(town, position))
-            weighed *= isInAnotherArea(gazetteer, town, position) ? otherAreaPenalty : otherIslandPenalty;
+        const double weighed = remotenessFrom(gazetteer, position, town, km);
         // The tie-break makes the answer independent of the order in which towns are found.
         if (weighed < best.remoteness ||
             (weighed == best.remoteness && town.population > best.town->population))

