@@ -30,7 +30,7 @@ protected:
 
 TEST_F(OfflineReverseGeocoderTest, AgreesWithPeopleOnWellKnownPlaces) {
     const auto places = readKnownPlaces(ROAMLY_TEST_DATA "/places.tsv");
-    ASSERT_GE(places.size(), 300U);
+    ASSERT_GE(places.size(), 1200U);
     std::size_t cities = 0;
     std::size_t countries = 0;
     for (const KnownPlace& place : places) {
@@ -44,8 +44,8 @@ TEST_F(OfflineReverseGeocoderTest, AgreesWithPeopleOnWellKnownPlaces) {
                         found.country.value_or("-").c_str());
     }
     std::printf("%zu places: %zu cities and %zu countries as people say\n", places.size(), cities, countries);
-    EXPECT_GE(static_cast<double>(cities), 0.97 * static_cast<double>(places.size()));
-    EXPECT_GE(static_cast<double>(countries), 0.99 * static_cast<double>(places.size()));
+    EXPECT_GE(static_cast<double>(cities), 0.955 * static_cast<double>(places.size()));
+    EXPECT_GE(static_cast<double>(countries), 0.997 * static_cast<double>(places.size()));
 }
 
 TEST_F(OfflineReverseGeocoderTest, NamesTheCityRatherThanTheNearestSuburb) {
@@ -95,6 +95,62 @@ TEST_F(OfflineReverseGeocoderTest, NamesTheAreaFarFromTowns) {
     EXPECT_EQ(desert, (Placemark{"Western Australia", "Australia"}));
 }
 
+TEST_F(OfflineReverseGeocoderTest, KnowsBordersToTheHundredMetres) {
+    // Both sides of the falls, of a river between two towns, and of an enclave's fence.
+    EXPECT_EQ(at(-25.6806, -54.4358), (Placemark{"Foz do Iguaçu", "Brazil"}));
+    EXPECT_EQ(at(-25.6867, -54.4440), (Placemark{"Puerto Iguazú", "Argentina"}));
+    EXPECT_EQ(at(40.1160, 124.3950).country, "China");
+    EXPECT_EQ(at(45.9686, 8.9710).country, "Italy");
+    EXPECT_EQ(at(43.9365, 12.4463), (Placemark{"San Marino", "San Marino"}));
+}
+
+TEST_F(OfflineReverseGeocoderTest, NamesTheNearBankOnABorderRiver) {
+    EXPECT_EQ(at(47.5898, 7.5889), (Placemark{"Basel", "Switzerland"}));
+}
+
+TEST_F(OfflineReverseGeocoderTest, GoesDownTheInhabitedSideOfASummitOnTheBorder) {
+    EXPECT_EQ(at(27.9881, 86.9250).country, "Nepal");
+}
+
+TEST_F(OfflineReverseGeocoderTest, NamesTheCapitalRatherThanItsSuburbs) {
+    EXPECT_EQ(at(24.4128, 54.4750).city, "Abu Dhabi");
+    EXPECT_EQ(at(26.1970, 56.2480).city, "Khasab");
+}
+
+TEST_F(OfflineReverseGeocoderTest, TakesCliffsAndPiersForLand) {
+    EXPECT_EQ(at(71.1710, 25.7836).city, "Honningsvåg");
+}
+
+TEST_F(OfflineReverseGeocoderTest, NamesNoTownFarAcrossWater) {
+    // A beach of Virgin Gorda, eighteen kilometres from the capital on Tortola.
+    const Placemark beach = at(18.4290, -64.4440);
+    EXPECT_NE(beach.city, "Road Town");
+    EXPECT_EQ(beach.country, "British Virgin Islands");
+}
+
+TEST_F(OfflineReverseGeocoderTest, NamesVillagesThatOnlyThePostKnows) {
+    EXPECT_EQ(at(43.8791, -103.4591).city, "Keystone");
+    EXPECT_EQ(at(55.9150, -130.0250).city, "Hyder");
+}
+
+TEST_F(OfflineReverseGeocoderTest, LetsQuartersAndPostalCodesWidenTheirTown) {
+    EXPECT_EQ(at(32.5520, -117.0430).city, "San Diego");
+    EXPECT_EQ(at(40.4984, -3.7314).city, "Madrid");
+}
+
+TEST_F(OfflineReverseGeocoderTest, TakesASectionOfNoTownForOne) {
+    EXPECT_EQ(at(54.9090, 8.2970).city, "Westerland");
+}
+
+TEST_F(OfflineReverseGeocoderTest, NamesNoMetropolisOfAnotherState) {
+    EXPECT_EQ(at(40.7370, -74.0310).city, "Hoboken");
+}
+
+TEST_F(OfflineReverseGeocoderTest, LeavesTheKindOutOfAnAreasName) {
+    EXPECT_EQ(at(64.0480, -16.1800).city, "Hornafjörður");
+    EXPECT_EQ(at(17.2220, -89.6237).city, "San José");
+}
+
 TEST_F(OfflineReverseGeocoderTest, FindsNothingInMidOcean) {
     for (const auto& [latitude, longitude] : std::vector<std::pair<double, double>>{
              {30, -40}, {0, 0}, {-35, -15}, {25, 180}, {25, -180}, {45.5, -6}, {38.3, -18}, {88, -150}})
@@ -110,6 +166,9 @@ TEST_F(OfflineReverseGeocoderTest, NamesAntarcticaAsACountryAndTheNorthPoleNotAt
     EXPECT_EQ(at(-90, 0), (Placemark{std::nullopt, "Antarctica"}));
     EXPECT_EQ(at(-90, 180), (Placemark{std::nullopt, "Antarctica"}));
     EXPECT_EQ(at(-89.99, 139.27), (Placemark{std::nullopt, "Antarctica"}));
+    // Shelf ice is no sea; the Weddell Sea is.
+    EXPECT_EQ(at(-82, -175), (Placemark{std::nullopt, "Antarctica"}));
+    EXPECT_EQ(at(-66, -20), Placemark{});
     EXPECT_EQ(at(90, 0), Placemark{});
     EXPECT_EQ(at(90, -180), Placemark{});
 }
