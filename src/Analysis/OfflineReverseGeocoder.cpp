@@ -112,9 +112,9 @@ std::optional<std::uint16_t> countryByLand(const Gazetteer& gazetteer, double la
 /// The country whose land or waters the point lies in.
 std::optional<std::uint16_t> countryAt(const Gazetteer& gazetteer, double latitude, double longitude) {
     const auto byPolygon = countryByPolygon(gazetteer, latitude, longitude);
-    // The polygons hold all land, so this is the open sea, or nobody's.
-    if (!byPolygon)
-        return std::nullopt;
+    // The polygons hold all land but what is nobody's; without one, this is the open sea.
+    if (!byPolygon || gazetteer.landBorders().isEmptyAround(latitude, longitude))
+        return byPolygon;
     auto byLand = countryByLand(gazetteer, latitude, longitude, *byPolygon);
     if (!byLand) {
         if (const auto bank = gazetteer.landBorders().nearestEdge(latitude, longitude, riverBankKm))
@@ -127,9 +127,9 @@ std::optional<std::uint16_t> countryAt(const Gazetteer& gazetteer, double latitu
 /// The other country, for a point as good as on the border between two.
 std::optional<std::uint16_t> countryBeyondTheLine(const Gazetteer& gazetteer, double latitude,
                                                   double longitude, std::optional<std::uint16_t> country) {
-    if (!country)
-        return std::nullopt;
     const PolygonLayer& layer = gazetteer.landBorders();
+    if (!country || layer.isEmptyAround(latitude, longitude))
+        return std::nullopt;
     const auto line = layer.nearestEdge(latitude, longitude, landBorderErrorKm);
     if (!line)
         return std::nullopt;

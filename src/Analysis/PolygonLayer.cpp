@@ -93,6 +93,10 @@ std::span<const CellEntry> PolygonLayer::entriesOf(int row, int column) const {
     return m_cellEntries.subspan(m_cellStarts[cell], m_cellStarts[cell + 1] - m_cellStarts[cell]);
 }
 
+bool PolygonLayer::isEmptyAround(double latitude, double longitude) const {
+    return entriesOf(rowOf(units(latitude)), columnOf(units(longitude))).empty();
+}
+
 std::optional<std::uint16_t> PolygonLayer::shapeAt(double latitude, double longitude,
                                                    std::uint32_t first) const {
     const Vertex here{units(longitude), units(latitude)};
@@ -100,17 +104,12 @@ std::optional<std::uint16_t> PolygonLayer::shapeAt(double latitude, double longi
     const int column = columnOf(here.longitude);
     const Point from = doubled(here);
     const Point to = middleOf(row, column);
-    // Whole units around the half ones.
-    const auto south = static_cast<std::int32_t>(std::min(from.y, to.y) / 2) - 1;
-    const auto north = static_cast<std::int32_t>(std::max(from.y, to.y) / 2) + 1;
     for (const CellEntry& entry : entriesOf(row, column)) {
         if (entry.shape < first)
             continue;
         bool inside = entry.containsMiddle != 0;
         for (const std::uint32_t edge : m_edges.subspan(entry.firstEdge, entry.edgeCount)) {
-            const Vertex& a = m_vertices[edge];
-            const Vertex& b = m_vertices[edge + 1];
-            if (!isBeside(a.latitude, b.latitude, south, north) && crosses(from, to, doubled(a), doubled(b)))
+            if (crosses(from, to, doubled(m_vertices[edge]), doubled(m_vertices[edge + 1])))
                 inside = !inside;
         }
         if (inside)

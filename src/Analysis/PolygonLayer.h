@@ -35,6 +35,9 @@ public:
     /// Whether all positions in the tables lead to something.
     [[nodiscard]] bool isConsistent() const;
 
+    /// Whether no shape touches the cell that holds the point.
+    [[nodiscard]] bool isEmptyAround(double latitude, double longitude) const;
+
     /// The first shape, in the order of their numbers from `first` on, that holds the point (degrees, on
     /// Earth).
     [[nodiscard]] std::optional<std::uint16_t> shapeAt(double latitude, double longitude,
