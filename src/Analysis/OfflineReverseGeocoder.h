@@ -19,12 +19,13 @@ public:
 /// Names places from a gazetteer file on this machine, in microseconds, without a network or a quota. Names
 /// are in English. Thread-safe.
 ///
-/// The country is that of the border polygon around the point, as far as the point is on land or within sight
-/// of it; out at sea there is neither country nor city. The city is the town someone would name: the one that
-/// the point lies in, or deepest in, taking towns for discs that grow with their population; outside of all,
-/// the one whose edge is nearest, larger towns counting as nearer. Towns across a border do not count, unless
-/// the town itself shows that the border polygon is too coarse there. Beyond the reach of any town, the
-/// second-level area stands for the city, then the first-level one.
+/// The country is the one whose land or bank the point is on, near a border to a hundred metres, or whose
+/// waters, as far as land is within sight; out at sea there is neither country nor city. The city is the town
+/// someone would name: the one that the point lies in, or deepest in, taking towns for discs that grow with
+/// their population; outside of all, the one whose edge is nearest, larger towns and seats of government
+/// counting as nearer, those across water or in another state as farther. Towns across a border between
+/// countries do not count, unless the town itself shows that the border is too coarse there. Beyond the reach
+/// of any town, the second-level area stands for the city, then the first-level one.
 class OfflineReverseGeocoder final : public ReverseGeocoding {
 public:
     /// Opens and checks the file that tools/gazetteer writes. Throws GazetteerError.

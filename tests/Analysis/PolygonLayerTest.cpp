@@ -31,6 +31,21 @@ protected:
     [[nodiscard]] PolygonLayer layer() const { return {vertices, starts, entries, edges}; }
 };
 
+TEST_F(TrianglePolygonLayerTest, KnowsWhichCellsAreEmpty) {
+    EXPECT_FALSE(layer().isEmptyAround(10.45, 10.45));
+    EXPECT_TRUE(layer().isEmptyAround(10.55, 10.45));
+}
+
+TEST_F(TrianglePolygonLayerTest, GoesOnToFurtherShapesThatHoldThePoint) {
+    // Another shape of the same outline.
+    entries.push_back({9, 1, 0, 3});
+    for (std::size_t i = 0; i < starts.size(); ++i)
+        starts[i] *= 2;
+    EXPECT_EQ(layer().shapeAt(10.2, 10.25), 7);
+    EXPECT_EQ(layer().shapeAt(10.2, 10.25, 8), 9);
+    EXPECT_EQ(layer().shapeAt(10.2, 10.25, 10), std::nullopt);
+}
+
 TEST_F(TrianglePolygonLayerTest, TellsInsideFromOutside) {
     EXPECT_EQ(layer().shapeAt(10.2, 10.25), 7);
     EXPECT_EQ(layer().shapeAt(10.39, 10.25), 7);
