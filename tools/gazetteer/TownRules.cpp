@@ -215,6 +215,7 @@ std::vector<Place> postalPlaces(const std::vector<Place>& codes, const std::vect
     // The middle of a village's codes, and how many there are.
     std::map<std::vector<std::string>, std::pair<Place, int>> villages;
     for (const Place& code : codes) {
+        const std::string name = englishName(code);
         bool isInGap = true;
         const Place* town = nullptr;
         double nearest = samePlaceKm;
@@ -227,8 +228,7 @@ std::vector<Place> postalPlaces(const std::vector<Place>& codes, const std::vect
                 for (const std::size_t i : cell->second) {
                     const double km = distanceKm(code, towns[i]);
                     isInGap &= km > radiusKm(towns[i].population) + villageSeparationKm;
-                    const bool isAddressee = code.name == englishName(towns[i]) || code.name == towns[i].name;
-                    if (isAddressee && code.areas[0] == towns[i].areas[0] && km < nearest) {
+                    if (km < nearest && code.areas[0] == towns[i].areas[0] && name == towns[i].name) {
                         town = &towns[i];
                         nearest = km;
                     }
@@ -242,8 +242,9 @@ std::vector<Place> postalPlaces(const std::vector<Place>& codes, const std::vect
             quarter.population = std::min(postalQuarterPopulation, town->population / 2);
         } else if (!town && isInGap) {
             auto& [village, count] =
-                villages.try_emplace({code.country, code.areas[0], code.areas[1], code.name}, code, 0)
+                villages.try_emplace({code.country, code.areas[0], code.areas[1], name}, code, 0)
                     .first->second;
+            village.name = name;
             village.latitude += (code.latitude - village.latitude) / (count + 1);
             village.longitude += (code.longitude - village.longitude) / (count + 1);
             ++count;
