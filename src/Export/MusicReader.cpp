@@ -31,7 +31,8 @@ std::vector<double> ownMatrix(int channelCount, bool isKnown) {
         return {};
     // Channels that nobody named: every other one to the left, the rest to the right, without clipping.
     std::vector<double> matrix(2 * channels, 0);
-    const double share = 1.0 / static_cast<double>((channels + 1) / 2);
+    const std::size_t left = (channels + 1) / 2;
+    const double share = 1.0 / static_cast<double>(left);
     for (std::size_t channel = 0; channel < channels; ++channel)
         matrix[(channel % 2) * channels + channel] = share;
     return matrix;

@@ -10,7 +10,7 @@ namespace Export {
 
 namespace {
 
-constexpr std::size_t mostKept = 30 * audioSampleRate;
+constexpr std::size_t mostKept = std::size_t{30} * audioSampleRate;
 constexpr std::size_t leastKept = 4096;
 
 /// Files of floating-point samples may hold anything; the AAC encoder refuses what is not a number.

@@ -20,7 +20,7 @@ VideoExporter::VideoExporter(Timeline::SlideshowTimeline timeline, ExportPreset 
 
 ExportResult VideoExporter::exportTo(const std::filesystem::path& path,
                                      const std::function<void(const ExportProgress&)>& progress,
-                                     std::stop_token stop) {
+                                     const std::stop_token& stop) {
     const MovieFormat format{m_preset.dimensions(), m_preset.codec, m_fps};
     return exportMovie(m_timeline, m_playhead, format, m_frameSource, path, progress, stop);
 }

@@ -48,7 +48,7 @@ public:
     /// in ascending order from one thread at a time.
     ExportResult exportTo(const std::filesystem::path& path,
                           const std::function<void(const ExportProgress&)>& progress = {},
-                          std::stop_token stop = {});
+                          const std::stop_token& stop = {});
 
 private:
     Timeline::SlideshowTimeline m_timeline;
