@@ -198,6 +198,7 @@ std::vector<std::vector<float>> ImageNetwork::run(std::span<const float> planes)
     check(runtime().Run(m_session->session.get(), nullptr, inputNames.data(), inputs.data(), inputs.size(),
                         names.data(), names.size(), answers.data()));
     std::vector<Owned<OrtValue>> owners;
+    owners.reserve(answers.size());
     for (OrtValue* answer : answers)
         owners.emplace_back(answer, runtime().ReleaseValue);
 
