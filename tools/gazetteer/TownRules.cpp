@@ -56,12 +56,20 @@ constexpr std::uint32_t postalQuarterPopulation = 5000;
 constexpr double villageSeparationKm = 6;
 constexpr double samePlaceKm = 30;
 
+/// No rule below looks farther than this.
+constexpr double farthestNeighbourKm = largestRadiusKm + 15;
+
 constexpr double kmPerDegree = 111.195;
 
 double distanceKm(const Place& a, const Place& b) {
     const double latitude = (a.latitude + b.latitude) / 2 * std::numbers::pi / 180;
     const double dx = std::remainder(a.longitude - b.longitude, 360.0) * std::cos(latitude);
     return std::hypot(dx, a.latitude - b.latitude) * kmPerDegree;
+}
+
+/// Most pairs need no more than this.
+bool isFarNorthOrSouth(const Place& a, const Place& b, double km) {
+    return std::abs(a.latitude - b.latitude) * kmPerDegree > km;
 }
 
 double discRadius(std::uint32_t population, double density) {
@@ -191,6 +199,8 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
                     continue;
                 for (const std::size_t j : cell->second) {
                     const Place& other = places[j];
+                    if (isFarNorthOrSouth(town, other, core))
+                        continue;
                     const double km = distanceKm(town, other);
                     if (j != i && other.kind != "PPLC" && other.population < sectionShare * town.population &&
                         km < core && isInUnitOf(other, town) &&
@@ -226,6 +236,8 @@ std::vector<Place> postalPlaces(const std::vector<Place>& codes, const std::vect
                 if (cell == grid.end())
                     continue;
                 for (const std::size_t i : cell->second) {
+                    if (isFarNorthOrSouth(code, towns[i], farthestNeighbourKm))
+                        continue;
                     const double km = distanceKm(code, towns[i]);
                     isInGap &= km > radiusKm(towns[i].population) + villageSeparationKm;
                     if (km < nearest && code.areas[0] == towns[i].areas[0] && name == towns[i].name) {
@@ -270,6 +282,8 @@ std::vector<Place> quarters(const std::vector<Place>& sections, const std::vecto
                     continue;
                 for (const std::size_t i : cell->second) {
                     const Place& town = towns[i];
+                    if (isFarNorthOrSouth(section, town, farthestNeighbourKm))
+                        continue;
                     const double km = distanceKm(section, town);
                     standsAlone &= km > radiusKm(town.population) + suburbSeparationKm ||
                                    town.population < section.population * largestNeighbour;
