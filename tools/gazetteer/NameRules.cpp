@@ -59,7 +59,8 @@ std::string withShortSaint(const std::string& name, std::string_view country) {
     constexpr std::string_view saint = "Saint ";
     if (!name.starts_with(saint) || (country != "GB" && country != "US"))
         return name;
-    return (country == "GB" ? "St " : "St. ") + name.substr(saint.size());
+    std::string shortened = country == "GB" ? "St " : "St. ";
+    return shortened.append(name, saint.size());
 }
 
 std::pair<std::string, std::string> aroundStar(const std::string& pattern) {
