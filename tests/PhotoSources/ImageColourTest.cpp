@@ -151,11 +151,11 @@ TEST_F(ImageColourTest, AvifIsReadInItsCodePoints) {
     const auto numbers = Painting::quarters(80, 60).inProfile("p3").withoutProfile().save(at("numbers.png"));
     const auto avif = [&](const std::string& name, const std::string& primaries) {
         const auto file = at(name);
-        const std::string command = "ffmpeg -nostdin -v error -i '" + numbers.string() +
-                                    "' -vf scale=out_color_matrix=smpte170m:out_range=pc,format=yuv444p"
-                                    " -c:v libaom-av1 -crf 5 -still-picture 1 -colorspace smpte170m"
-                                    " -color_range pc -color_trc iec61966-2-1 -color_primaries " +
-                                    primaries + " '" + file.string() + "'";
+        const std::string command =
+            "ffmpeg -nostdin -v error -i '" + numbers.string() +
+            "' -vf scale=out_color_matrix=smpte170m:out_range=pc,format=yuv444p,setparams=range=pc"
+            ":color_trc=iec61966-2-1:colorspace=smpte170m:color_primaries=" +
+            primaries + " -c:v libaom-av1 -crf 5 -still-picture 1 '" + file.string() + "'";
         EXPECT_EQ(std::system(command.c_str()), 0) << command;
         return file;
     };
