@@ -190,8 +190,9 @@ double remotenessFrom(const Gazetteer& gazetteer, const Position& position, cons
     const double plain = remoteness(town, km);
     if (!isOnAnotherPieceOfLand(town, position))
         return plain;
-    return isInAnotherArea(gazetteer, town, position) ? std::max(plain * otherAreaPenalty, 1.0)
-                                                      : plain * otherIslandPenalty;
+    return position.isOnLand && isInAnotherArea(gazetteer, town, position)
+               ? std::max(plain * otherAreaPenalty, 1.0)
+               : plain * otherIslandPenalty;
 }
 
 /// The town to name.

@@ -219,6 +219,22 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
     return towns;
 }
 
+std::vector<Place> moreTowns(const std::filesystem::path& table) {
+    constexpr std::uint32_t villagePopulation = 1000;
+    std::vector<Place> villages;
+    for (const auto& fields : readTable(table, 4)) {
+        Place& village = villages.emplace_back();
+        village.country = fields[0];
+        village.name = village.asciiName = fields[1];
+        village.latitude = std::stod(fields[2]);
+        village.longitude = std::stod(fields[3]);
+        village.kind = "PPL";
+        village.areas.resize(2);
+        village.population = villagePopulation;
+    }
+    return villages;
+}
+
 std::vector<Place> postalPlaces(const std::vector<Place>& codes, const std::vector<Place>& towns) {
     const Grid grid = gridOf(towns);
     std::vector<Place> result;

