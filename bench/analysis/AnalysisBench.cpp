@@ -233,7 +233,7 @@ int main(int argc, char** argv) {
             break;
     }
     if (files.empty()) {
-        std::fprintf(stderr, "There are no photos in %s\n", folder.c_str());
+        std::fprintf(stderr, "There are no photos of %d pixels and more in %s\n", maxPixel, folder.c_str());
         return 1;
     }
     std::printf("%zu files of %d pixels and more, %zu photos, %zu cores\n\n", files.size(), maxPixel, count,

@@ -11,6 +11,7 @@
 #include <Roamly/AnalysisEngine.h>
 #include <Roamly/UserFolders.h>
 
+#include <stdexcept>
 #include <utility>
 
 namespace Roamly {
@@ -25,6 +26,24 @@ struct VisionEngine::Networks {
     Analysis::VisionQualityScorer scorer{aesthetics, faces};
     Analysis::VisionClassifier classifier{network, labels};
 };
+
+namespace {
+
+/// "person" or "people", as sure as the surest face; nothing where there is none.
+std::optional<Captioning::ClassObservation> peopleIn(const Foundation::Image& image,
+                                                     const Analysis::FaceFinder& finder) {
+    try {
+        const std::vector<Analysis::Face> faces = finder.faces(image);
+        if (faces.empty())
+            return std::nullopt;
+        return Captioning::ClassObservation{faces.size() == 1 ? "person" : "people",
+                                            static_cast<float>(faces.front().confidence)};
+    } catch (const std::runtime_error&) {
+        return std::nullopt;
+    }
+}
+
+} // namespace
 
 VisionEngine::VisionEngine()
     : m_networks(std::make_unique<Networks>()) {}
@@ -49,6 +68,9 @@ Captioning::ImageClassifier VisionEngine::classifier() {
             observations.reserve(labels->size());
             for (Analysis::ImageLabel& label : *labels)
                 observations.push_back({std::move(label.identifier), label.confidence});
+            // The network was taught animals and things; who is in the photo, the faces tell.
+            if (const auto people = peopleIn(image, m_networks->faces))
+                observations.push_back(*people);
             return observations;
         };
 }

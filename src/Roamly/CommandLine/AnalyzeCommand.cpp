@@ -44,7 +44,8 @@ Command analyzeCommand() {
                      {},
                      "begin anew: select every photo and forget groups, your own choices included"}},
         .details =
-            "Everything happens on this computer, without a network. What you chose by hand stays. Of each\n"
+            "Everything happens on this computer, without a network, unless the setting geocoderURL names a\n"
+            "server that is asked for places. What you chose by hand stays. Of each\n"
             "group of near-duplicates the best shot stays selected. Interrupted with Ctrl-C, the project\n"
             "is as it was.",
         .examples = {"roamly analyze Lisbon.roamly"},

@@ -82,7 +82,8 @@ std::string overview() {
            "roamly COMMAND --help explains a command; roamly --version --licences names the version and\n"
            "what it owes to others.\n"
            "\n"
-           "Results are JSON on standard output, sentences for people go to standard error. The exit\n"
+           "Results are JSON on standard output where a program reads it, and with --json always;\n"
+           "sentences for people go to standard error. The exit\n"
            "status is 0 when it is done, 1 when it failed, 2 when the call was not understood and 130\n"
            "when it was interrupted.\n";
     return out.str();

@@ -52,7 +52,7 @@ Command inspectClustersCommand() {
         .usages = {"PROJECT"},
         .positionals = {{"PROJECT", "the project file"}},
         .options = {},
-        .details = "Prints the groups that the last analysis found, photos in the order of the project.",
+        .details = "Prints the groups of near-duplicates as the project holds them, photos in its order.",
         .examples = {"roamly inspect clusters Lisbon.roamly"},
         .run = run,
     };

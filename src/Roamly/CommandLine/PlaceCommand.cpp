@@ -38,10 +38,11 @@ Command placeCommand() {
         .positionals = {{"PROJECT", "the project file"}, {"ID", "the photo’s id"}},
         .options = {{"--city", "CITY", "the town; what is not given is unknown then"},
                     {"--country", "COUNTRY", "the country"},
-                    {"--clear", {}, "the photo has no place"}},
+                    {"--clear", {}, "take the photo’s place away"}},
         .details =
             "The place is yours and stays when the photos are analysed again. White space at the ends of\n"
-            "the names is dropped; without a name that is left the photo has no place.",
+            "the names is dropped; without a name that is left the photo has no place. A photo without a\n"
+            "place may get one from the next analysis.",
         .examples = {"roamly place Lisbon.roamly 6F9619FF-8B86-D011-B42D-00C04FC964FF --city Sintra "
                      "--country Portugal"},
         .run = run,
