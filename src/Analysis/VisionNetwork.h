@@ -12,7 +12,7 @@ namespace Analysis {
 struct VisionAnswer {
     /// What the image is like; none negative, as many for every image.
     std::vector<float> embedding;
-    /// How sure the network is of each of the 1000 ImageNet classes; they sum to 1 at most.
+    /// How sure the network is of each of the 1000 ImageNet classes; they sum to 1.
     std::vector<float> classScores;
 };
 

@@ -374,3 +374,19 @@ TEST_F(ProjectCommandsTest, AnInterruptedImportChangesNothing) {
     EXPECT_EQ(text("p.roamly"), before);
     EXPECT_EQ(files(), (std::vector<std::string>{"many", "p.roamly", "trip"}));
 }
+
+TEST_F(ProjectCommandsTest, AnImportInterruptedAtItsEndIsSavedOrNotAsItSays) {
+    ASSERT_EQ(run({"new", "p.roamly"}).status, 0);
+    for (int number = 0; number < 20; ++number)
+        TestPhotos::write(program / ("many/" + std::to_string(number) + ".jpg"), {.width = 8, .height = 8});
+    const std::string before = text("p.roamly");
+    // It may be about to save, or have saved, when the signal comes.
+    const Ran ran = program.interrupt({"import", "p.roamly", "many", "--json"}, "\"completed\":20", {SIGINT});
+    if (ran.status == 130) {
+        EXPECT_EQ(text("p.roamly"), before);
+    } else {
+        EXPECT_EQ(ran.status, 0) << ran.err;
+        EXPECT_EQ(project()["photos"].size(), 20U);
+    }
+    EXPECT_EQ(files(), (std::vector<std::string>{"many", "p.roamly", "trip"}));
+}

@@ -191,17 +191,8 @@ std::filesystem::path packageFolder(const std::filesystem::path& packages,
 }
 
 std::vector<Place> readPlaces(const std::filesystem::path& file) {
-    constexpr std::size_t columns = 19;
-    std::ifstream stream(file);
-    if (!stream)
-        throw std::runtime_error("cannot read " + file.string());
     std::vector<Place> places;
-    for (std::string line; std::getline(stream, line);) {
-        if (line.empty())
-            continue;
-        std::vector<std::string> fields = split(line, '\t');
-        if (fields.size() != columns)
-            throw std::runtime_error(file.string() + " is no table of GeoNames");
+    for (std::vector<std::string>& fields : readTable(file, 19)) {
         Place& place = places.emplace_back();
         place.name = std::move(fields[1]);
         place.asciiName = std::move(fields[2]);
@@ -218,17 +209,8 @@ std::vector<Place> readPlaces(const std::filesystem::path& file) {
 }
 
 std::vector<Place> readPostalCodes(const std::filesystem::path& file) {
-    constexpr std::size_t columns = 12;
-    std::ifstream stream(file);
-    if (!stream)
-        throw std::runtime_error("cannot read " + file.string());
     std::vector<Place> places;
-    for (std::string line; std::getline(stream, line);) {
-        if (line.empty())
-            continue;
-        const std::vector<std::string> fields = split(line, '\t');
-        if (fields.size() != columns)
-            throw std::runtime_error(file.string() + " is no table of postal codes");
+    for (const std::vector<std::string>& fields : readTable(file, 12)) {
         // Army post offices lie in no county.
         if (fields[6].empty() || fields[9].empty())
             continue;

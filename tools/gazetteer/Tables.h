@@ -70,7 +70,7 @@ using CountryNames = std::map<std::string, std::map<std::string, std::string>>;
 [[nodiscard]] std::vector<CountryShape> readLandBorders(const std::filesystem::path& file);
 [[nodiscard]] std::vector<RegionShape> readRegions(const std::filesystem::path& file);
 
-/// The fields of each line of a table of our own; lines that are empty or begin with # are left out. Throws
+/// The fields of each line of a table; lines that are empty or begin with # are left out. Throws
 /// when a line has not exactly `columns` fields.
 [[nodiscard]] std::vector<std::vector<std::string>> readTable(const std::filesystem::path& file,
                                                               std::size_t columns);

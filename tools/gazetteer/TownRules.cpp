@@ -111,6 +111,18 @@ Grid gridOf(const std::vector<Place>& places) {
     return grid;
 }
 
+/// Calls `action` with the number of each place in the grid's cells around the place.
+template <typename Action>
+void forEachAround(const Grid& grid, const Place& place, const Action& action) {
+    const auto [row, column] = gridCell(place);
+    for (int y = row - 1; y <= row + 1; ++y) {
+        for (int x = column - 1; x <= column + 1; ++x) {
+            if (const auto cell = grid.find({y, x}); cell != grid.end())
+                std::for_each(cell->second.begin(), cell->second.end(), action);
+        }
+    }
+}
+
 bool mayBePartOf(const Place& section, const Place& town, double km) {
     if (section.country != town.country || section.areas[0] != town.areas[0] ||
         town.population < section.population * smallestTownForItsSection)
@@ -191,24 +203,16 @@ std::vector<Place> withoutSections(std::vector<Place> places, const std::filesys
         if (isSection[i] || town.population < (isMunicipality ? smallestMunicipality : smallestMetropolis))
             continue;
         const double core = discRadius(town.population, coreDensityPerKm2) * (isMunicipality ? 1 : coreShare);
-        const auto [row, column] = gridCell(town);
-        for (int y = row - 1; y <= row + 1; ++y) {
-            for (int x = column - 1; x <= column + 1; ++x) {
-                const auto cell = grid.find({y, x});
-                if (cell == grid.end())
-                    continue;
-                for (const std::size_t j : cell->second) {
-                    const Place& other = places[j];
-                    if (isFarNorthOrSouth(town, other, core))
-                        continue;
-                    const double km = distanceKm(town, other);
-                    if (j != i && other.kind != "PPLC" && other.population < sectionShare * town.population &&
-                        km < core && isInUnitOf(other, town) &&
-                        !(other.population >= neighbourPopulation && km > core * neighbourShare))
-                        isSection[j] = true;
-                }
-            }
-        }
+        forEachAround(grid, town, [&](std::size_t j) {
+            const Place& other = places[j];
+            if (isFarNorthOrSouth(town, other, core))
+                return;
+            const double km = distanceKm(town, other);
+            if (j != i && other.kind != "PPLC" && other.population < sectionShare * town.population &&
+                km < core && isInUnitOf(other, town) &&
+                !(other.population >= neighbourPopulation && km > core * neighbourShare))
+                isSection[j] = true;
+        });
     }
 
     std::vector<Place> towns;
@@ -245,24 +249,16 @@ std::vector<Place> postalPlaces(const std::vector<Place>& codes, const std::vect
         bool isInGap = true;
         const Place* town = nullptr;
         double nearest = samePlaceKm;
-        const auto [row, column] = gridCell(code);
-        for (int y = row - 1; y <= row + 1; ++y) {
-            for (int x = column - 1; x <= column + 1; ++x) {
-                const auto cell = grid.find({y, x});
-                if (cell == grid.end())
-                    continue;
-                for (const std::size_t i : cell->second) {
-                    if (isFarNorthOrSouth(code, towns[i], farthestNeighbourKm))
-                        continue;
-                    const double km = distanceKm(code, towns[i]);
-                    isInGap &= km > radiusKm(towns[i].population) + villageSeparationKm;
-                    if (km < nearest && code.areas[0] == towns[i].areas[0] && name == towns[i].name) {
-                        town = &towns[i];
-                        nearest = km;
-                    }
-                }
+        forEachAround(grid, code, [&](std::size_t i) {
+            if (isFarNorthOrSouth(code, towns[i], farthestNeighbourKm))
+                return;
+            const double km = distanceKm(code, towns[i]);
+            isInGap &= km > radiusKm(towns[i].population) + villageSeparationKm;
+            if (km < nearest && code.areas[0] == towns[i].areas[0] && name == towns[i].name) {
+                town = &towns[i];
+                nearest = km;
             }
-        }
+        });
         if (town && nearest > radiusKm(town->population)) {
             Place& quarter = result.emplace_back(code);
             quarter.name = town->name;
@@ -290,30 +286,22 @@ std::vector<Place> quarters(const std::vector<Place>& sections, const std::vecto
         const Place* parent = nullptr;
         double depth = 1;
         bool standsAlone = section.population >= smallestSuburb;
-        const auto [row, column] = gridCell(section);
-        for (int y = row - 1; y <= row + 1; ++y) {
-            for (int x = column - 1; x <= column + 1; ++x) {
-                const auto cell = grid.find({y, x});
-                if (cell == grid.end())
-                    continue;
-                for (const std::size_t i : cell->second) {
-                    const Place& town = towns[i];
-                    if (isFarNorthOrSouth(section, town, farthestNeighbourKm))
-                        continue;
-                    const double km = distanceKm(section, town);
-                    standsAlone &= km > radiusKm(town.population) + suburbSeparationKm ||
-                                   town.population < section.population * largestNeighbour;
-                    if (!mayBePartOf(section, town, km))
-                        continue;
-                    const double share = km / radiusKm(town.population);
-                    // Inside of several towns the nearest to its middle; outside of all the largest.
-                    if (share < depth || (depth >= 1 && (!parent || town.population > parent->population))) {
-                        parent = &town;
-                        depth = std::min(share, 1.0);
-                    }
-                }
+        forEachAround(grid, section, [&](std::size_t i) {
+            const Place& town = towns[i];
+            if (isFarNorthOrSouth(section, town, farthestNeighbourKm))
+                return;
+            const double km = distanceKm(section, town);
+            standsAlone &= km > radiusKm(town.population) + suburbSeparationKm ||
+                           town.population < section.population * largestNeighbour;
+            if (!mayBePartOf(section, town, km))
+                return;
+            const double share = km / radiusKm(town.population);
+            // Inside of several towns the nearest to its middle; outside of all the largest.
+            if (share < depth || (depth >= 1 && (!parent || town.population > parent->population))) {
+                parent = &town;
+                depth = std::min(share, 1.0);
             }
-        }
+        });
         if (parent) {
             Place& quarter = result.emplace_back(section);
             quarter.name = parent->name;
