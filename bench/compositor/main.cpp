@@ -1,6 +1,6 @@
 // Prints what one frame costs on one thread: median CPU milliseconds over a slow pan, photos as large as the
 // export loads them.
-#include <Export/Compositor.h>
+#include <Frames/Compositor.h>
 
 #include <algorithm>
 #include <cmath>

@@ -5,8 +5,8 @@
 #include <Export/MovieWriter.h>
 #include <Export/PendingFile.h>
 #include <Export/VideoExporter.h>
-#include <Roamly/AppImageProvider.h>
-#include <Roamly/SlideshowFrameSource.h>
+#include <Roamly/Platform/AppImageProvider.h>
+#include <Roamly/Slides/SlideshowFrameSource.h>
 #include <Timeline/Playhead.h>
 #include <Timeline/TimelineBuilder.h>
 
@@ -23,7 +23,7 @@ namespace Bench {
 namespace {
 
 using Export::ExportPreset;
-using Frames = std::vector<std::shared_ptr<const Export::YuvFrame>>;
+using Frames = std::vector<std::shared_ptr<const Frames::YuvFrame>>;
 
 constexpr int fps = 30;
 
@@ -53,15 +53,15 @@ struct Show {
     [[nodiscard]] std::int64_t count() const {
         return std::max<std::int64_t>(std::llround(timeline.totalDuration * fps), 1);
     }
-    [[nodiscard]] std::shared_ptr<const Export::YuvFrame> frame(std::int64_t index, Export::FrameSize size) {
+    [[nodiscard]] std::shared_ptr<const Frames::YuvFrame> frame(std::int64_t index, Frames::FrameSize size) {
         return frames.frame(playhead.state(static_cast<double>(index) / fps), size);
     }
 
     ProjectModel::Project project;
     Timeline::SlideshowTimeline timeline;
     Timeline::Playhead playhead;
-    Roamly::AppImageProvider images;
-    Roamly::SlideshowFrameSource frames;
+    Platform::AppImageProvider images;
+    Slides::SlideshowFrameSource frames;
 };
 
 Frames drawFrames(const TripOptions& trip, const ExportPreset& preset, std::int64_t most) {
@@ -79,7 +79,7 @@ Measurement runExport(const TripOptions& trip, const ExportPreset& preset,
     const Stopwatch stopwatch;
     Show show(trip, preset);
     Export::VideoExporter exporter(show.timeline, preset, sampleSettings(trip).crossfade, show.frames, fps);
-    exporter.exportTo(movie);
+    exporter.exportMovie(movie);
     return stopwatch.read(show.count());
 }
 
@@ -98,7 +98,7 @@ Measurement runEncoder(const TripOptions& trip, const ExportPreset& preset,
     mallopt(M_MMAP_THRESHOLD, 4 << 20);
     const Frames frames = drawFrames(trip, preset, cycled > 0 ? cycled : count);
     malloc_trim(0);
-    const Export::FrameSize size = preset.dimensions();
+    const Frames::FrameSize size = preset.dimensions();
     const std::int64_t framesBytes =
         static_cast<std::int64_t>(frames.size()) * size.width * size.height * 3 / 2;
 

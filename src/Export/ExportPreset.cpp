@@ -40,8 +40,9 @@ std::string_view displayName(ExportCodec codec) {
     return codec == ExportCodec::h264 ? "H.264" : "HEVC";
 }
 
-FrameSize ExportPreset::dimensions() const {
-    return resolution == ExportResolution::p1080 ? FrameSize{1920, 1080} : FrameSize{3840, 2160};
+Frames::FrameSize ExportPreset::dimensions() const {
+    return resolution == ExportResolution::p1080 ? Frames::FrameSize{1920, 1080}
+                                                 : Frames::FrameSize{3840, 2160};
 }
 
 std::string_view ExportPreset::codecTag() const {

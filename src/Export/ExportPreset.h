@@ -1,18 +1,12 @@
 #pragma once
 
+#include <Frames/FrameSize.h>
+
 #include <array>
 #include <optional>
 #include <string_view>
 
 namespace Export {
-
-/// A frame's size in pixels.
-struct FrameSize {
-    int width = 0;
-    int height = 0;
-
-    friend bool operator==(const FrameSize&, const FrameSize&) = default;
-};
 
 enum class ExportResolution { p1080, p2160 };
 enum class ExportCodec { h264, hevc };
@@ -36,7 +30,7 @@ struct ExportPreset {
     ExportResolution resolution = ExportResolution::p1080;
     ExportCodec codec = ExportCodec::h264;
 
-    [[nodiscard]] FrameSize dimensions() const;
+    [[nodiscard]] Frames::FrameSize dimensions() const;
     /// The sample entry's four-character code: "avc1" or "hvc1".
     [[nodiscard]] std::string_view codecTag() const;
 

@@ -103,7 +103,7 @@ struct Rendering {
 
 /// Drawing takes a small part of the time that compressing takes, so few threads do it; what they do in
 /// advance is bounded by memory rather than by number, since a 4K frame takes 12 MB.
-Rendering renderingFor(FrameSize size) {
+Rendering renderingFor(Frames::FrameSize size) {
     constexpr std::int64_t budget = 48 << 20;
     const int workers = std::clamp(static_cast<int>(std::thread::hardware_concurrency()) / 4, 1, 4);
     const std::int64_t frameBytes = std::int64_t{size.width} * size.height * 3 / 2;
@@ -112,8 +112,8 @@ Rendering renderingFor(FrameSize size) {
 }
 
 /// The frame source is somebody else's code: whatever it throws ends the export as an ExportError.
-std::shared_ptr<const YuvFrame> draw(FrameSource& frameSource, const Timeline::RenderState& state,
-                                     FrameSize size) {
+std::shared_ptr<const Frames::YuvFrame> draw(Frames::FrameSource& frameSource,
+                                             const Timeline::RenderState& state, Frames::FrameSize size) {
     try {
         return frameSource.frame(state, size);
     } catch (const ExportError&) {
@@ -135,7 +135,7 @@ void throwIfStopped(const std::stop_token& stop) {
 } // namespace
 
 ExportResult exportMovie(const Timeline::SlideshowTimeline& timeline, const Timeline::Playhead& playhead,
-                         const MovieFormat& format, FrameSource& frameSource, const fs::path& path,
+                         const MovieFormat& format, Frames::FrameSource& frameSource, const fs::path& path,
                          const std::function<void(const ExportProgress&)>& progress,
                          const std::stop_token& stop) {
     const std::int64_t count = frameCount(timeline.totalDuration, format.fps);

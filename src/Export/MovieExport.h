@@ -1,10 +1,11 @@
 #pragma once
 
-#include <Export/FrameSource.h>
 #include <Export/MovieWriter.h>
 #include <Export/VideoExporter.h>
 #include <Timeline/Playhead.h>
 #include <Timeline/SlideshowTimeline.h>
+
+#include <Frames/FrameSource.h>
 
 #include <filesystem>
 #include <functional>
@@ -14,7 +15,7 @@ namespace Export {
 
 /// What VideoExporter does, for frames of any even size.
 ExportResult exportMovie(const Timeline::SlideshowTimeline& timeline, const Timeline::Playhead& playhead,
-                         const MovieFormat& format, FrameSource& frameSource,
+                         const MovieFormat& format, Frames::FrameSource& frameSource,
                          const std::filesystem::path& path,
                          const std::function<void(const ExportProgress&)>& progress,
                          const std::stop_token& stop);

@@ -74,7 +74,7 @@ void MovieWriter::begin(const MovieFormat& format) {
         throw failure(ExportError::Kind::writerSetupFailed, result);
 }
 
-void MovieWriter::addFrame(std::shared_ptr<const YuvFrame> frame) {
+void MovieWriter::addFrame(std::shared_ptr<const Frames::YuvFrame> frame) {
     m_video.encode(std::move(frame));
 }
 

@@ -7,7 +7,8 @@
 #include <Export/PendingFile.h>
 #include <Export/StereoBuffer.h>
 #include <Export/VideoEncoder.h>
-#include <Export/YuvFrame.h>
+
+#include <Frames/YuvFrame.h>
 
 #include <functional>
 #include <memory>
@@ -17,7 +18,7 @@ namespace Export {
 
 /// What the pictures of a movie are.
 struct MovieFormat {
-    FrameSize size;
+    Frames::FrameSize size;
     ExportCodec codec = ExportCodec::h264;
     int fps = 30;
 };
@@ -37,7 +38,7 @@ public:
     [[nodiscard]] bool hasSound() const { return m_sound.has_value(); }
 
     /// Both throw ExportError (pixelBufferPoolUnavailable, appendFailed, writerFailed).
-    void addFrame(std::shared_ptr<const YuvFrame> frame);
+    void addFrame(std::shared_ptr<const Frames::YuvFrame> frame);
     void addSound(const StereoBuffer& buffer);
 
     /// Completes and closes the file. `checkpoint` is called every now and then and may throw. Throws

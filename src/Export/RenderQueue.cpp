@@ -23,7 +23,7 @@ RenderQueue::~RenderQueue() {
     m_workers.clear();
 }
 
-std::shared_ptr<const YuvFrame> RenderQueue::next(const std::stop_token& stop) {
+std::shared_ptr<const Frames::YuvFrame> RenderQueue::next(const std::stop_token& stop) {
     std::unique_lock lock(m_mutex);
     auto& slot = m_frames[static_cast<std::size_t>(m_nextToHandOut) % m_frames.size()];
     m_isFinished.wait(lock, stop, [&] { return slot || m_failure; });
@@ -50,7 +50,7 @@ void RenderQueue::work() {
             return;
         const std::int64_t index = m_nextToRender++;
         lock.unlock();
-        std::shared_ptr<const YuvFrame> frame;
+        std::shared_ptr<const Frames::YuvFrame> frame;
         std::exception_ptr failure;
         try {
             frame = m_render(index);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Export/YuvFrame.h>
+#include <Frames/YuvFrame.h>
 
 #include <condition_variable>
 #include <cstdint>
@@ -23,7 +23,7 @@ namespace Export {
 class RenderQueue {
 public:
     /// Called on several threads at once.
-    using Render = std::function<std::shared_ptr<const YuvFrame>(std::int64_t index)>;
+    using Render = std::function<std::shared_ptr<const Frames::YuvFrame>(std::int64_t index)>;
 
     RenderQueue(std::int64_t count, int workers, int capacity, Render render);
     /// Waits for the frames in work.
@@ -33,7 +33,7 @@ public:
 
     /// The next frame; waits for it. To be called `count` times at the most. Throws what a rendering threw as
     /// soon as one did, and ExportError (cancelled) as soon as `stop` is requested.
-    [[nodiscard]] std::shared_ptr<const YuvFrame> next(const std::stop_token& stop);
+    [[nodiscard]] std::shared_ptr<const Frames::YuvFrame> next(const std::stop_token& stop);
 
 private:
     void work();
@@ -45,7 +45,7 @@ private:
     std::condition_variable_any m_isFinished;
     std::condition_variable m_hasRoom;
     /// Finished frames, each at its index modulo the capacity.
-    std::vector<std::shared_ptr<const YuvFrame>> m_frames;
+    std::vector<std::shared_ptr<const Frames::YuvFrame>> m_frames;
     /// The lowest frame not taken by a thread, and the one to hand out next.
     std::int64_t m_nextToRender = 0;
     std::int64_t m_nextToHandOut = 0;

@@ -8,7 +8,7 @@ namespace Export {
 
 namespace {
 
-Libav::CodecContext openEncoder(FrameSize size, ExportCodec codec, int fps) {
+Libav::CodecContext openEncoder(Frames::FrameSize size, ExportCodec codec, int fps) {
     const char* name = codec == ExportCodec::h264 ? "libx264" : "libx265";
     const AVCodec* encoder = avcodec_find_encoder_by_name(name);
     if (!encoder)
@@ -44,11 +44,11 @@ Libav::CodecContext openEncoder(FrameSize size, ExportCodec codec, int fps) {
 }
 
 /// A buffer that keeps the frame alive as long as the encoder needs its planes.
-AVBufferRef* lend(std::shared_ptr<const YuvFrame> frame) {
-    auto owner = std::make_unique<std::shared_ptr<const YuvFrame>>(std::move(frame));
-    const YuvFrame& yuv = **owner;
+AVBufferRef* lend(std::shared_ptr<const Frames::YuvFrame> frame) {
+    auto owner = std::make_unique<std::shared_ptr<const Frames::YuvFrame>>(std::move(frame));
+    const Frames::YuvFrame& yuv = **owner;
     const auto release = [](void* opaque, std::uint8_t*) {
-        delete static_cast<std::shared_ptr<const YuvFrame>*>(opaque);
+        delete static_cast<std::shared_ptr<const Frames::YuvFrame>*>(opaque);
     };
     // Marked read-only below, so nobody writes through the pointer.
     auto* memory = const_cast<std::uint8_t*>(yuv.plane(0));
@@ -62,14 +62,14 @@ AVBufferRef* lend(std::shared_ptr<const YuvFrame> frame) {
 
 } // namespace
 
-VideoEncoder::VideoEncoder(FrameSize size, ExportCodec codec, int fps, PacketSink sink)
+VideoEncoder::VideoEncoder(Frames::FrameSize size, ExportCodec codec, int fps, PacketSink sink)
     : m_sink(std::move(sink))
     , m_context(openEncoder(size, codec, fps))
     , m_frame(Libav::makeFrame())
     , m_packet(Libav::makePacket()) {}
 
-void VideoEncoder::encode(std::shared_ptr<const YuvFrame> frame) {
-    if (frame->size() != FrameSize{m_context->width, m_context->height})
+void VideoEncoder::encode(std::shared_ptr<const Frames::YuvFrame> frame) {
+    if (frame->size() != Frames::FrameSize{m_context->width, m_context->height})
         throw ExportError(ExportError::Kind::appendFailed, "a frame has the wrong size");
 
     AVFrame& lent = *m_frame;

@@ -2,7 +2,8 @@
 
 #include <Export/ExportPreset.h>
 #include <Export/Libav.h>
-#include <Export/YuvFrame.h>
+
+#include <Frames/YuvFrame.h>
 
 #include <cstdint>
 #include <functional>
@@ -18,11 +19,11 @@ public:
     using PacketSink = std::function<void(AVPacket&)>;
 
     /// Throws ExportError (writerSetupFailed).
-    VideoEncoder(FrameSize size, ExportCodec codec, int fps, PacketSink sink);
+    VideoEncoder(Frames::FrameSize size, ExportCodec codec, int fps, PacketSink sink);
 
     /// The next frame. Its memory is lent to the encoder, not copied. Throws ExportError
     /// (pixelBufferPoolUnavailable, appendFailed) and what the sink throws.
-    void encode(std::shared_ptr<const YuvFrame> frame);
+    void encode(std::shared_ptr<const Frames::YuvFrame> frame);
 
     /// After the last frame: hands the sink what the encoder still holds, a packet at a time. False when
     /// there is nothing left.

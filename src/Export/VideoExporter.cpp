@@ -11,18 +11,18 @@ void discardUnfinishedMovies() {
 }
 
 VideoExporter::VideoExporter(Timeline::SlideshowTimeline timeline, ExportPreset preset, double crossfade,
-                             FrameSource& frameSource, int fps)
+                             Frames::FrameSource& frameSource, int fps)
     : m_timeline(std::move(timeline))
     , m_preset(preset)
     , m_playhead(m_timeline, crossfade)
     , m_frameSource(frameSource)
     , m_fps(fps) {}
 
-ExportResult VideoExporter::exportTo(const std::filesystem::path& path,
-                                     const std::function<void(const ExportProgress&)>& progress,
-                                     const std::stop_token& stop) {
+ExportResult VideoExporter::exportMovie(const std::filesystem::path& path,
+                                        const std::function<void(const ExportProgress&)>& progress,
+                                        const std::stop_token& stop) {
     const MovieFormat format{m_preset.dimensions(), m_preset.codec, m_fps};
-    return exportMovie(m_timeline, m_playhead, format, m_frameSource, path, progress, stop);
+    return Export::exportMovie(m_timeline, m_playhead, format, m_frameSource, path, progress, stop);
 }
 
 } // namespace Export

@@ -2,10 +2,11 @@
 
 #include <Export/ExportError.h>
 #include <Export/ExportPreset.h>
-#include <Export/FrameSource.h>
 #include <Foundation/Uuid.h>
 #include <Timeline/Playhead.h>
 #include <Timeline/SlideshowTimeline.h>
+
+#include <Frames/FrameSource.h>
 
 #include <filesystem>
 #include <functional>
@@ -41,20 +42,20 @@ public:
     /// `crossfade` in seconds, as the settings have it; `fps` frames a second. The frame source is borrowed
     /// and must outlive the export.
     VideoExporter(Timeline::SlideshowTimeline timeline, ExportPreset preset, double crossfade,
-                  FrameSource& frameSource, int fps = 30);
+                  Frames::FrameSource& frameSource, int fps = 30);
 
     /// Throws ExportError; then nothing is left at `path` or beside it, and a movie that was there before is
     /// gone too unless nothing could be begun: no frames, music that cannot be played. `progress` is called
     /// in ascending order from one thread at a time.
-    ExportResult exportTo(const std::filesystem::path& path,
-                          const std::function<void(const ExportProgress&)>& progress = {},
-                          const std::stop_token& stop = {});
+    ExportResult exportMovie(const std::filesystem::path& path,
+                             const std::function<void(const ExportProgress&)>& progress = {},
+                             const std::stop_token& stop = {});
 
 private:
     Timeline::SlideshowTimeline m_timeline;
     ExportPreset m_preset;
     Timeline::Playhead m_playhead;
-    FrameSource& m_frameSource;
+    Frames::FrameSource& m_frameSource;
     int m_fps;
 };
 

@@ -1,5 +1,5 @@
+#include <Foundation/DisplayText.h>
 #include <PhotoSources/ContentType.h>
-#include <PhotoSources/DisplayName.h>
 
 #include <gio/gio.h>
 
@@ -23,7 +23,8 @@ TypeName typeOfContents(std::span<const std::uint8_t> bytes) {
 }
 
 TypeName typeOfName(const std::filesystem::path& path) {
-    return {g_content_type_guess(displayName(path).c_str(), nullptr, 0, nullptr), &g_free};
+    return {g_content_type_guess(Foundation::displayText(path.filename()).c_str(), nullptr, 0, nullptr),
+            &g_free};
 }
 
 /// Targa has no signature: two plain bytes are all that its entry in the database goes by.

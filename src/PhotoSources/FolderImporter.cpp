@@ -1,7 +1,7 @@
 #include <Foundation/Bookmark.h>
 #include <Foundation/Cancellation.h>
+#include <Foundation/DisplayText.h>
 #include <PhotoSources/ContentType.h>
-#include <PhotoSources/DisplayName.h>
 #include <PhotoSources/FileSource.h>
 #include <PhotoSources/FolderImporter.h>
 #include <PhotoSources/FolderWalk.h>
@@ -33,7 +33,8 @@ std::optional<FoundPhoto> readPhoto(const fs::path& path) {
     std::optional<Foundation::Bytes> bookmark = Foundation::makeBookmark(path);
     if (!bookmark)
         return std::nullopt;
-    return FoundPhoto{{std::move(*bookmark), displayName(path)}, ImageFileMetadataReader::read(*file)};
+    return FoundPhoto{{std::move(*bookmark), Foundation::displayText(path.filename())},
+                      ImageFileMetadataReader::read(*file)};
 }
 
 ProjectModel::PhotoItem photoItem(FoundPhoto found, const Foundation::Uuid& id) {

@@ -6,24 +6,21 @@
 
 namespace ProjectModel {
 
-namespace {
-
-std::string fileIdentity(const FilePhotoRef& file, Foundation::BookmarkResolver& resolver) {
-    if (const std::optional<std::filesystem::path> path = resolver.resolve(file.bookmark))
-        return path->string();
-    // Taken as it stands, not normalised: the file may be gone, and the text alone is what identifies it.
-    const std::string_view text{reinterpret_cast<const char*>(file.bookmark.data()), file.bookmark.size()};
-    if (Foundation::isValidUtf8(text))
-        return std::string{text};
-    return file.displayName;
-}
-
-} // namespace
-
-std::string identityKey(const PhotoRef& ref, Foundation::BookmarkResolver& resolver) {
+std::string storedIdentityKey(const PhotoRef& ref) {
     if (const auto* photo = std::get_if<LibraryPhotoRef>(&ref))
         return "photoKit:" + photo->localIdentifier;
-    return "file:" + fileIdentity(std::get<FilePhotoRef>(ref), resolver);
+    const auto& file = std::get<FilePhotoRef>(ref);
+    // Taken as it stands, not normalised: the file may be gone, and the text alone is what identifies it.
+    const std::string_view text{reinterpret_cast<const char*>(file.bookmark.data()), file.bookmark.size()};
+    return "file:" + (Foundation::isValidUtf8(text) ? std::string{text} : file.displayName);
+}
+
+std::string identityKey(const PhotoRef& ref, Foundation::BookmarkResolver& resolver) {
+    if (const auto* file = std::get_if<FilePhotoRef>(&ref)) {
+        if (const std::optional<std::filesystem::path> path = resolver.resolve(file->bookmark))
+            return "file:" + path->string();
+    }
+    return storedIdentityKey(ref);
 }
 
 } // namespace ProjectModel

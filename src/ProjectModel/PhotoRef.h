@@ -33,4 +33,8 @@ using PhotoRef = std::variant<LibraryPhotoRef, FilePhotoRef>;
 /// they are UTF-8, else to the display name.
 [[nodiscard]] std::string identityKey(const PhotoRef& ref, Foundation::BookmarkResolver& resolver);
 
+/// The key of a file whose bookmark leads nowhere, or of a library's photo: what can be told without the
+/// disk.
+[[nodiscard]] std::string storedIdentityKey(const PhotoRef& ref);
+
 } // namespace ProjectModel

@@ -1,6 +1,6 @@
 #include "EndToEndTest.h"
 
-#include <Roamly/PrivateKeyring.h>
+#include <Support/PrivateKeyring.h>
 
 #include <Support/LoopbackServer.h>
 #include <gmock/gmock.h>

@@ -5,7 +5,7 @@
 #include <Roamly/CommandLine/Help.h>
 #include <Roamly/CommandLine/ManualPage.h>
 #include <Roamly/CommandLine/ProjectSettingKeys.h>
-#include <Roamly/SettingsStore.h>
+#include <Roamly/Platform/SettingsStore.h>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -95,9 +95,9 @@ TEST(HelpTest, TheOverviewListsEveryCommandAndTheGroupsTheirMembers) {
 
 TEST(HelpTest, SettingsNamesEveryKeyAndItsDefault) {
     const std::string help = commandHelp(named("settings"));
-    for (const Roamly::SettingKey& key : Roamly::settingKeys()) {
+    for (const Platform::SettingKey& key : Platform::settingKeys()) {
         EXPECT_NE(help.find(key.name), std::string::npos) << key.name;
-        EXPECT_NE(help.find(key.text(Roamly::AppSettings{}).value_or("(none)")), std::string::npos)
+        EXPECT_NE(help.find(key.text(Document::AppSettings{}).value_or("(none)")), std::string::npos)
             << key.name;
     }
 }

@@ -1,7 +1,7 @@
 #include "EndToEndTest.h"
 
 #include <Foundation/AtomicFile.h>
-#include <Roamly/TestPhotos.h>
+#include <Support/TestPhotos.h>
 
 #include <filesystem>
 

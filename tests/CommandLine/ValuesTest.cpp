@@ -33,7 +33,7 @@ TEST(ValuesTest, IdentifiersAreAcceptedInEitherCase) {
 }
 
 TEST(ValuesTest, SizesAreTwoPositiveNumbers) {
-    EXPECT_EQ(Values::frameSize("1280x720"), (Export::FrameSize{1280, 720}));
+    EXPECT_EQ(Values::frameSize("1280x720"), (Frames::FrameSize{1280, 720}));
     for (const char* typed : {"", "x", "1920", "1920x", "x1080", "0x10", "-1x10", "10x0", "10X10",
                               "1920x1080x1", "99999x10", "1920 x 1080", "99999999999x1"})
         EXPECT_THROW(static_cast<void>(Values::frameSize(typed)), UsageError) << typed;

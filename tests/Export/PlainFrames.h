@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Export/FrameSource.h>
+#include <Frames/FrameSource.h>
 #include <Timeline/SlideshowTimeline.h>
 
 #include <atomic>
@@ -12,20 +12,20 @@
 #include <variant>
 
 /// Frames of one grey, whose luma grows from 40 to 200 with the progress of the one photo.
-class PlainFrames : public Export::FrameSource {
+class PlainFrames : public Frames::FrameSource {
 public:
     /// Called before each frame is made, with its progress; may throw or wait. False makes no frame.
     std::function<bool(double progress)> before;
     std::set<Foundation::Uuid> failed;
     std::atomic<int> calls = 0;
 
-    std::shared_ptr<const Export::YuvFrame> frame(const Timeline::RenderState& state,
-                                                  Export::FrameSize size) override {
+    std::shared_ptr<const Frames::YuvFrame> frame(const Timeline::RenderState& state,
+                                                  Frames::FrameSize size) override {
         const double progress = std::get<Timeline::PhotoState>(state).progress;
         ++calls;
         if (before && !before(progress))
             return nullptr;
-        auto frame = std::make_shared<Export::YuvFrame>(size);
+        auto frame = std::make_shared<Frames::YuvFrame>(size);
         for (int plane = 0; plane < 3; ++plane) {
             const int value = plane == 0 ? luma(progress) : 128;
             for (int y = 0; y < frame->planeHeight(plane); ++y)

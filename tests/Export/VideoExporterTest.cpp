@@ -198,14 +198,14 @@ TEST_F(VideoExporterTest, IndexStandsBeforeThePictures) {
 
 TEST_F(VideoExporterTest, FullSizesComeFromThePreset) {
     const Timeline::SlideshowTimeline timeline = onePhoto(0.1);
-    VideoExporter(timeline, {ExportResolution::p1080, ExportCodec::h264}, 0.75, frames).exportTo(movie);
+    VideoExporter(timeline, {ExportResolution::p1080, ExportCodec::h264}, 0.75, frames).exportMovie(movie);
     ProbedMovie probed = probeMovie(movie);
     EXPECT_EQ(probed.video.at(0).width, 1920);
     EXPECT_EQ(probed.video.at(0).height, 1080);
     EXPECT_EQ(probed.video.at(0).tag, "avc1");
     EXPECT_EQ(probed.video.at(0).profile, FF_PROFILE_H264_HIGH);
 
-    VideoExporter(timeline, {ExportResolution::p2160, ExportCodec::hevc}, 0.75, frames).exportTo(movie);
+    VideoExporter(timeline, {ExportResolution::p2160, ExportCodec::hevc}, 0.75, frames).exportMovie(movie);
     probed = probeMovie(movie);
     EXPECT_EQ(probed.video.at(0).width, 3840);
     EXPECT_EQ(probed.video.at(0).height, 2160);

@@ -3,8 +3,8 @@
 #include <Roamly/CommandLine/Counted.h>
 #include <Roamly/CommandLine/JsonForms.h>
 #include <Roamly/CommandLine/ProjectSession.h>
-#include <Roamly/ReviewModel.h>
-#include <Roamly/SettingsStore.h>
+#include <Roamly/Document/ReviewModel.h>
+#include <Roamly/Platform/SettingsStore.h>
 
 namespace CommandLine {
 
@@ -13,11 +13,12 @@ namespace {
 int run(const Invocation& invocation) {
     ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Long, invocation};
     if (invocation.arguments.has("--reset"))
-        session.document().edit([](ProjectModel::Project& project) { project.resetAnalysisSelection(); });
-    const Roamly::AnalysisController::State state =
-        analyze(session.document(), Roamly::SettingsStore{}.load(), invocation);
+        session.document().edit("Reset Analysis",
+                                [](ProjectModel::Project& project) { project.resetAnalysisSelection(); });
+    const Jobs::AnalysisController::State state =
+        analyze(session.document(), Platform::SettingsStore{}.load(), invocation);
     session.save();
-    const std::size_t selected = Roamly::ReviewModel{session.document()}.selectedCount();
+    const std::size_t selected = Document::ReviewModel{session.document()}.selectedCount();
     invocation.console.say("Analysed " + counted(session.project().photos.size(), "photo") + "; " +
                            std::to_string(selected) + " selected.");
     invocation.console.report([&](Foundation::JsonWriter& json) {

@@ -1,15 +1,18 @@
 #include <Foundation/Cancellation.h>
 #include <Roamly/CommandLine/Analyzing.h>
+#include <Roamly/CommandLine/Awaiting.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/Platform/MachineAnalysis.h>
 
 #include <algorithm>
+#include <exception>
 
 namespace CommandLine {
 
-Roamly::AnalysisController::State analyze(Roamly::ProjectDocument& document,
-                                          const Roamly::AppSettings& settings, const Invocation& invocation) {
-    using Controller = Roamly::AnalysisController;
+Jobs::AnalysisController::State analyze(Document::ProjectDocument& document,
+                                        const Document::AppSettings& settings, const Invocation& invocation) {
+    using Controller = Jobs::AnalysisController;
     Controller* running = nullptr;
     const auto show = [&] {
         const Controller::State& state = running->state();
@@ -21,15 +24,21 @@ Roamly::AnalysisController::State analyze(Roamly::ProjectDocument& document,
             JsonForms::write(json, *state.progress);
         });
     };
-    // Its reports come on the working thread while this one only waits.
-    Controller controller{show};
-    running = &controller;
-    controller.run(document, settings);
+    Jobs::ActionQueue queue;
+    std::exception_ptr unshown;
+    Controller::State state;
     {
-        const std::stop_callback cancel{invocation.stop, [&] { controller.requestStop(); }};
-        controller.wait();
+        Controller controller{queue.executor(), Platform::analyzeOnThisMachine, show};
+        running = &controller;
+        controller.run(document, settings);
+        unshown = await(
+            queue, invocation.stop, [&] { return !controller.state().isRunning; },
+            [&] { controller.cancel(); });
+        state = controller.state();
+        // A cancelled analysis still saves what it learnt about places; it has when the controller is gone.
     }
-    Controller::State state = controller.state();
+    if (unshown)
+        std::rethrow_exception(unshown);
     if (state.wasCancelled)
         throw Foundation::Cancelled{};
     if (state.errorText)

@@ -1,15 +1,16 @@
 #pragma once
 
-#include <Roamly/AnalysisController.h>
-#include <Roamly/AppSettings.h>
 #include <Roamly/CommandLine/Command.h>
-#include <Roamly/ProjectDocument.h>
+#include <Roamly/Document/AppSettings.h>
+#include <Roamly/Document/ProjectDocument.h>
+#include <Roamly/Jobs/AnalysisController.h>
 
 namespace CommandLine {
 
 /// Analyses the project with progress and tells the issues. Throws Foundation::Cancelled, with the project as
 /// it was, and Failure.
-[[nodiscard]] Roamly::AnalysisController::State
-analyze(Roamly::ProjectDocument& document, const Roamly::AppSettings& settings, const Invocation& invocation);
+[[nodiscard]] Jobs::AnalysisController::State analyze(Document::ProjectDocument& document,
+                                                      const Document::AppSettings& settings,
+                                                      const Invocation& invocation);
 
 } // namespace CommandLine

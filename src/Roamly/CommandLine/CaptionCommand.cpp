@@ -1,5 +1,4 @@
-#include <Roamly/CaptionController.h>
-#include <Roamly/CaptionProvider.h>
+#include <Roamly/CommandLine/Awaiting.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Counted.h>
 #include <Roamly/CommandLine/Failures.h>
@@ -7,18 +6,21 @@
 #include <Roamly/CommandLine/ProjectSession.h>
 #include <Roamly/CommandLine/Prompt.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/KeychainStore.h>
-#include <Roamly/SettingsStore.h>
+#include <Roamly/Document/CaptionProvider.h>
+#include <Roamly/Jobs/CaptionController.h>
+#include <Roamly/Platform/CaptionEngine.h>
+#include <Roamly/Platform/KeychainStore.h>
+#include <Roamly/Platform/SettingsStore.h>
 
 namespace CommandLine {
 
 namespace {
 
+using Jobs::CaptionController;
 using ProjectModel::AIProvider;
-using Roamly::CaptionController;
 
 AIProvider provider(const Invocation& invocation, const ProjectModel::Project& project,
-                    const Roamly::AppSettings& settings) {
+                    const Document::AppSettings& settings) {
     const AIProvider inEffect = effectiveProvider(project.settings, settings);
     const std::optional<std::string> typed = invocation.arguments.value("--provider");
     if (!typed)
@@ -26,20 +28,9 @@ AIProvider provider(const Invocation& invocation, const ProjectModel::Project& p
     const std::optional<AIProvider> chosen = ProjectModel::aiProviderFromRawValue(*typed);
     if (!chosen)
         throw UsageError("“" + *typed + "” is no provider; it is apple, ollama or openRouter.");
-    if (Roamly::needsPrivacyConfirmation(*chosen, inEffect))
+    if (Document::needsPrivacyConfirmation(*chosen, inEffect))
         confirmPrivacy(*chosen, invocation.arguments.has("--yes"), invocation.console, invocation.stop);
     return *chosen;
-}
-
-/// Captions and waits; what arrived is in the document then, also after an interruption.
-void caption(const Invocation& invocation, const std::optional<Foundation::Uuid>& photo, AIProvider provider,
-             CaptionController& controller, Roamly::ProjectDocument& document) {
-    if (photo)
-        controller.regenerate(*photo, document, provider);
-    else
-        controller.run(document, provider);
-    const std::stop_callback cancel{invocation.stop, [&] { controller.cancel(); }};
-    controller.wait();
 }
 
 int run(const Invocation& invocation) {
@@ -48,13 +39,13 @@ int run(const Invocation& invocation) {
         photo = Values::uuid(*typed);
 
     ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Long, invocation};
-    const Roamly::AppSettings settings = Roamly::SettingsStore{}.load();
+    const Document::AppSettings settings = Platform::SettingsStore{}.load();
     if (!session.project().settings.aiCaptionsEnabled.value_or(settings.aiCaptionsEnabled))
-        throw Failure(std::string{Roamly::aiCaptionsAreOff});
+        throw Failure(std::string{Document::aiCaptionsAreOff});
     const AIProvider chosen = provider(invocation, session.project(), settings);
     if (sendsPhotosToCloud(chosen)) {
-        invocation.console.say(Roamly::privacyAlert(chosen));
-        if (!Roamly::KeychainStore::isAvailable())
+        invocation.console.say(Document::privacyAlert(chosen));
+        if (!Platform::KeychainStore::isAvailable())
             invocation.console.warn(
                 "There is no Secret Service on this session, so that no API key can be read.");
     }
@@ -70,11 +61,19 @@ int run(const Invocation& invocation) {
             JsonForms::write(json, *state.progress);
         });
     };
-    // Its reports come on the working thread while this one only waits.
-    CaptionController controller{Roamly::systemCaptionEnvironment(), show};
+    Jobs::ActionQueue queue;
+    CaptionController controller{queue.executor(), Platform::systemCaptionEnvironment(), show};
     running = &controller;
-    caption(invocation, photo, chosen, controller, session.document());
+    if (photo)
+        controller.regenerate(*photo, session.document(), chosen);
+    else
+        controller.run(session.document(), chosen);
+    const std::exception_ptr unshown = await(
+        queue, invocation.stop, [&] { return !controller.state().isRunning; }, [&] { controller.cancel(); });
+    // What arrived is in the document, also after an interruption, and is kept whatever else goes wrong.
     session.save();
+    if (unshown)
+        std::rethrow_exception(unshown);
 
     const CaptionController::State& state = controller.state();
     const Captioning::CaptionRun result = state.run.value_or(Captioning::CaptionRun{});

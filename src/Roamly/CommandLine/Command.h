@@ -1,9 +1,9 @@
 #pragma once
 
-#include <Roamly/AppSettings.h>
 #include <Roamly/CommandLine/Arguments.h>
 #include <Roamly/CommandLine/Console.h>
 #include <Roamly/CommandLine/ExitStatus.h>
+#include <Roamly/Document/AppSettings.h>
 
 #include <functional>
 #include <stop_token>

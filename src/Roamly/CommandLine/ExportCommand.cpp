@@ -3,8 +3,8 @@
 #include <Roamly/CommandLine/Exporting.h>
 #include <Roamly/CommandLine/JsonForms.h>
 #include <Roamly/CommandLine/OutputFile.h>
-#include <Roamly/ProjectStore.h>
-#include <Roamly/SettingsStore.h>
+#include <Roamly/Document/ProjectStore.h>
+#include <Roamly/Platform/SettingsStore.h>
 
 namespace CommandLine {
 
@@ -13,10 +13,10 @@ namespace {
 int run(const Invocation& invocation) {
     const std::string& projectFile = invocation.arguments.positionals()[0];
     const std::filesystem::path output = invocation.arguments.requiredValue("--output");
-    const Roamly::AppSettings settings = Roamly::SettingsStore{}.load();
+    const Document::AppSettings settings = Platform::SettingsStore{}.load();
     const Export::ExportPreset preset = exportPreset(invocation.arguments, settings);
     OutputFile::checkIsWritable(output);
-    const ProjectModel::Project project = Roamly::ProjectStore::load(projectFile).project;
+    const ProjectModel::Project project = Document::ProjectStore::load(projectFile).project;
     OutputFile::checkIsNoInput(output, projectFile, project);
 
     const Drawing drawing;

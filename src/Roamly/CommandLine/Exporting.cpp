@@ -1,10 +1,12 @@
+#include <Foundation/DisplayText.h>
+#include <Roamly/CommandLine/Awaiting.h>
 #include <Roamly/CommandLine/Exporting.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/JsonForms.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/DisplayText.h>
-#include <Roamly/ExportController.h>
-#include <Roamly/PlaybackSettings.h>
+#include <Roamly/Document/PlaybackSettings.h>
+#include <Roamly/Jobs/ExportController.h>
+#include <Roamly/Platform/SlideshowFrames.h>
 
 namespace CommandLine {
 
@@ -23,7 +25,7 @@ std::vector<Option> exportOptions() {
              .choices = {"h264", "hevc"}}};
 }
 
-Export::ExportPreset exportPreset(const Arguments& arguments, const Roamly::AppSettings& settings) {
+Export::ExportPreset exportPreset(const Arguments& arguments, const Document::AppSettings& settings) {
     Export::ExportPreset preset{settings.exportResolution, settings.exportCodec};
     if (const std::optional<std::string> typed = arguments.value("--resolution"))
         preset.resolution = Values::resolution(*typed);
@@ -33,35 +35,35 @@ Export::ExportPreset exportPreset(const Arguments& arguments, const Roamly::AppS
 }
 
 std::set<Foundation::Uuid> exportMovie(const ProjectModel::Project& project,
-                                       const Roamly::AppSettings& settings, Export::ExportPreset preset,
+                                       const Document::AppSettings& settings, Export::ExportPreset preset,
                                        const std::filesystem::path& file, const Invocation& invocation) {
-    Roamly::ExportController* running = nullptr;
+    Jobs::ExportController* running = nullptr;
     const auto show = [&] {
-        const Roamly::ExportController::State& state = running->state();
+        const Jobs::ExportController::State& state = running->state();
         // Programs get the exporter's own reports only.
         const bool isShown =
-            !invocation.console.isJson() || state.stageText != Roamly::ExportController::preparing;
+            !invocation.console.isJson() || state.stageText != Jobs::ExportController::preparing;
         if (state.isExporting && isShown)
             invocation.console.progress(state.stageText, state.progress, [&](Foundation::JsonWriter& json) {
                 JsonForms::write(json, Export::ExportProgress{state.progress, state.stageText});
             });
     };
-    // Its reports come on the working thread while this one only waits.
-    Roamly::ExportController controller{show};
+    Jobs::ActionQueue queue;
+    Jobs::ExportController controller{queue.executor(), Platform::slideshowFrames, show};
     running = &controller;
-    controller.exportProject(project, effectiveSettings(project.settings, settings), preset, file);
-    {
-        const std::stop_callback cancel{invocation.stop, [&] { controller.cancel(); }};
-        controller.wait();
-    }
+    controller.exportMovie(project, effectiveSettings(project.settings, settings), preset, file);
+    if (const std::exception_ptr unshown = await(
+            queue, invocation.stop, [&] { return !controller.state().isExporting; },
+            [&] { controller.cancel(); }))
+        std::rethrow_exception(unshown);
 
-    const Roamly::ExportController::State& state = controller.state();
+    const Jobs::ExportController::State& state = controller.state();
     if (state.wasCancelled)
         throw Interrupted(*state.errorText);
     if (state.errorText)
         throw Failure(*state.errorText);
-    invocation.console.say("Saved " + Roamly::displayText(file) + ".");
-    if (const auto sentence = Roamly::ExportController::failedPhotosSentence(state.failedPhotoCount()))
+    invocation.console.say("Saved " + Foundation::displayText(file) + ".");
+    if (const auto sentence = Jobs::ExportController::failedPhotosSentence(state.failedPhotoCount()))
         invocation.console.say(*sentence);
     return state.failedPhotoIDs;
 }

@@ -3,8 +3,8 @@
 #include <Export/ExportPreset.h>
 #include <Foundation/Uuid.h>
 #include <ProjectModel/Project.h>
-#include <Roamly/AppSettings.h>
 #include <Roamly/CommandLine/Command.h>
+#include <Roamly/Document/AppSettings.h>
 
 #include <filesystem>
 #include <set>
@@ -17,12 +17,12 @@ namespace CommandLine {
 
 /// The preset that the options name, otherwise the user's. Throws UsageError.
 [[nodiscard]] Export::ExportPreset exportPreset(const Arguments& arguments,
-                                                const Roamly::AppSettings& settings);
+                                                const Document::AppSettings& settings);
 
 /// Writes the movie with progress and says so. Returns the photos that are black in it. A `Drawing` must
 /// exist. Throws Failure, Interrupted.
 [[nodiscard]] std::set<Foundation::Uuid>
-exportMovie(const ProjectModel::Project& project, const Roamly::AppSettings& settings,
+exportMovie(const ProjectModel::Project& project, const Document::AppSettings& settings,
             Export::ExportPreset preset, const std::filesystem::path& file, const Invocation& invocation);
 
 } // namespace CommandLine

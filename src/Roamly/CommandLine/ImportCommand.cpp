@@ -10,7 +10,7 @@ namespace {
 int run(const Invocation& invocation) {
     const std::span<const std::string> folders = invocation.arguments.positionalsFrom(1);
     ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Long, invocation};
-    const Roamly::ImportOutcome outcome = importFolders(session.document(), folders, invocation);
+    const Jobs::ImportOutcome outcome = importFolders(session.document(), folders, invocation);
     session.save();
     invocation.console.say(addedSentence(outcome, session.project()));
     invocation.console.report([&](Foundation::JsonWriter& json) {

@@ -1,35 +1,49 @@
 #include <Foundation/Cancellation.h>
+#include <Roamly/CommandLine/Awaiting.h>
 #include <Roamly/CommandLine/Counted.h>
+#include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Importing.h>
 #include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/Platform/MachineImport.h>
 
-#include <filesystem>
-#include <vector>
+#include <exception>
 
 namespace CommandLine {
 
-Roamly::ImportOutcome importFolders(Roamly::ProjectDocument& document, std::span<const std::string> folders,
-                                    const Invocation& invocation) {
-    const std::vector<std::filesystem::path> paths(folders.begin(), folders.end());
-    Roamly::ImportCoordinator::Options options;
-    options.stop = invocation.stop;
-    options.progress = [&](const std::filesystem::path& folder,
-                           const PhotoSources::ImportProgress& progress) {
+Jobs::ImportOutcome importFolders(Document::ProjectDocument& document, std::span<const std::string> folders,
+                                  const Invocation& invocation) {
+    using Coordinator = Jobs::ImportCoordinator;
+    Coordinator* running = nullptr;
+    const auto show = [&] {
+        const Coordinator::State& state = running->state();
+        if (!state.isRunning || !state.progress)
+            return;
+        const PhotoSources::ImportProgress& progress = *state.progress;
         const double fraction = progress.total == 0 ? 1.0
                                                     : static_cast<double>(progress.completed) /
                                                           static_cast<double>(progress.total);
-        invocation.console.progress("Importing " + Roamly::ImportCoordinator::folderName(folder), fraction,
+        invocation.console.progress(*state.progressText, fraction,
                                     [&](Foundation::JsonWriter& json) { JsonForms::write(json, progress); });
     };
-    Roamly::ImportOutcome outcome = Roamly::ImportCoordinator::importFolders(document, paths, options);
+    Jobs::ActionQueue queue;
+    Coordinator coordinator{queue.executor(), Platform::machineImport(), show};
+    running = &coordinator;
+    coordinator.importFolders(document, {folders.begin(), folders.end()});
+    if (const std::exception_ptr unshown = await(
+            queue, invocation.stop, [&] { return !coordinator.state().isRunning; },
+            [&] { coordinator.cancel(); }))
+        std::rethrow_exception(unshown);
     // Ctrl-C after the last photo, and before anything is saved, is one all the same.
     Foundation::throwIfStopped(invocation.stop);
-    for (const std::string& notice : outcome.notices)
+    const Coordinator::State& state = coordinator.state();
+    if (state.errorText)
+        throw Failure(*state.errorText);
+    for (const std::string& notice : state.outcome.notices)
         invocation.console.warn(notice);
-    return outcome;
+    return state.outcome;
 }
 
-std::string addedSentence(const Roamly::ImportOutcome& outcome, const ProjectModel::Project& project) {
+std::string addedSentence(const Jobs::ImportOutcome& outcome, const ProjectModel::Project& project) {
     return "Added " + counted(outcome.added, "photo") + "; the project holds " +
            std::to_string(project.photos.size()) + ".";
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <Roamly/CommandLine/Command.h>
-#include <Roamly/ImportCoordinator.h>
+#include <Roamly/Jobs/ImportCoordinator.h>
 
 #include <span>
 #include <string>
@@ -9,12 +9,12 @@
 namespace CommandLine {
 
 /// Imports folders with progress and tells the notices. Throws Foundation::Cancelled.
-[[nodiscard]] Roamly::ImportOutcome importFolders(Roamly::ProjectDocument& document,
-                                                  std::span<const std::string> folders,
-                                                  const Invocation& invocation);
+[[nodiscard]] Jobs::ImportOutcome importFolders(Document::ProjectDocument& document,
+                                                std::span<const std::string> folders,
+                                                const Invocation& invocation);
 
 /// "Added 12 photos; the project holds 40."
-[[nodiscard]] std::string addedSentence(const Roamly::ImportOutcome& outcome,
+[[nodiscard]] std::string addedSentence(const Jobs::ImportOutcome& outcome,
                                         const ProjectModel::Project& project);
 
 } // namespace CommandLine

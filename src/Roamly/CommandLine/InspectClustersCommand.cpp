@@ -1,5 +1,5 @@
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/ProjectStore.h>
+#include <Roamly/Document/ProjectStore.h>
 
 #include <unordered_map>
 #include <utility>
@@ -28,7 +28,7 @@ std::vector<std::pair<Uuid, std::vector<Uuid>>> clusters(const ProjectModel::Pro
 
 int run(const Invocation& invocation) {
     const ProjectModel::Project project =
-        Roamly::ProjectStore::load(invocation.arguments.positionals()[0]).project;
+        Document::ProjectStore::load(invocation.arguments.positionals()[0]).project;
     invocation.console.result([&](Foundation::JsonWriter& json) {
         json.beginObject().key("clusters").beginArray();
         for (const auto& [cluster, photos] : clusters(project)) {

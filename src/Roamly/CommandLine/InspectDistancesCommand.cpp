@@ -1,9 +1,9 @@
 #include <Analysis/DuplicateClusterer.h>
 #include <Foundation/Cancellation.h>
-#include <Roamly/AnalysisEngine.h>
+#include <Foundation/DisplayText.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/InspectedPhotos.h>
-#include <Roamly/DisplayText.h>
+#include <Roamly/Platform/AnalysisEngine.h>
 
 namespace CommandLine {
 
@@ -11,7 +11,7 @@ namespace {
 
 int run(const Invocation& invocation) {
     const std::vector<std::string>& files = invocation.arguments.positionals();
-    Roamly::VisionEngine vision;
+    Platform::VisionEngine vision;
     std::vector<std::optional<std::vector<float>>> features;
     for (const std::string& file : files) {
         Foundation::throwIfStopped(invocation.stop);
@@ -22,7 +22,7 @@ int run(const Invocation& invocation) {
         json.beginObject();
         json.key("files").beginArray();
         for (const std::string& file : files)
-            json.value(Roamly::displayText(file));
+            json.value(Foundation::displayText(file));
         json.endArray();
         json.key("distances").beginArray();
         for (const auto& a : features) {

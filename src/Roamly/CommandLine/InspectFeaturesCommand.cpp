@@ -1,13 +1,13 @@
-#include <Roamly/AnalysisEngine.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/InspectedPhotos.h>
+#include <Roamly/Platform/AnalysisEngine.h>
 
 namespace CommandLine {
 
 namespace {
 
 int run(const Invocation& invocation) {
-    Roamly::VisionEngine vision;
+    Platform::VisionEngine vision;
     return inspectPhotos(invocation, [&](Foundation::JsonWriter& json, const Foundation::Image& image) {
         const std::optional<std::vector<float>> features = vision.featurePrinter().features(image);
         if (!features)

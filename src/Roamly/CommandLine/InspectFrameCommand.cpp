@@ -1,5 +1,5 @@
-#include <Export/YuvFrame.h>
 #include <Foundation/AtomicFile.h>
+#include <Foundation/DisplayText.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Drawing.h>
 #include <Roamly/CommandLine/Failures.h>
@@ -7,9 +7,11 @@
 #include <Roamly/CommandLine/OutputFile.h>
 #include <Roamly/CommandLine/ProjectTimeline.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/DisplayText.h>
-#include <Roamly/ExportController.h>
+#include <Roamly/Jobs/ExportController.h>
+#include <Roamly/Platform/SlideshowFrames.h>
 #include <Timeline/Playhead.h>
+
+#include <Frames/YuvFrame.h>
 
 #include <QBuffer>
 #include <QImage>
@@ -35,25 +37,25 @@ int run(const Invocation& invocation) {
     const Arguments& arguments = invocation.arguments;
     const std::string& projectFile = arguments.positionals()[0];
     const double time = Values::number(arguments.requiredValue("--at"), "--at");
-    const Export::FrameSize size = Values::frameSize(arguments.value("--size").value_or("1920x1080"));
+    const Frames::FrameSize size = Values::frameSize(arguments.value("--size").value_or("1920x1080"));
     const std::filesystem::path output = arguments.requiredValue("--output");
     OutputFile::checkIsWritable(output);
     const ProjectTimeline loaded = loadTimeline(projectFile);
     OutputFile::checkIsNoInput(output, projectFile, loaded.project);
 
     const Drawing drawing;
-    const std::unique_ptr<Export::FrameSource> frames = Roamly::ExportController::slideshowFrameSource(
-        loaded.project, Roamly::ExportController::decodingBound(size.width));
+    const std::unique_ptr<Frames::FrameSource> frames =
+        Platform::slideshowFrames(loaded.project, Jobs::ExportController::decodingBound(size.width));
     const Timeline::Playhead playhead{loaded.timeline, loaded.settings.crossfade};
-    const std::shared_ptr<const Export::YuvFrame> frame = frames->frame(playhead.state(time), size);
+    const std::shared_ptr<const Frames::YuvFrame> frame = frames->frame(playhead.state(time), size);
     if (!frame)
         throw Failure("The frame can’t be drawn.");
-    const QByteArray png = encodedPng(Export::toImage(*frame));
+    const QByteArray png = encodedPng(Frames::toImage(*frame));
     try {
         Foundation::writeFileAtomically(output, {png.constData(), static_cast<std::size_t>(png.size())});
     } catch (const std::system_error& error) {
-        throw Failure("“" + Roamly::displayText(output) + "” can’t be written: " + error.code().message() +
-                      ".");
+        throw Failure("“" + Foundation::displayText(output) +
+                      "” can’t be written: " + error.code().message() + ".");
     }
     invocation.console.result([&](Foundation::JsonWriter& json) {
         JsonForms::write(json.beginObject().key("failedPhotoIDs"), frames->failedPhotoIDs());

@@ -1,8 +1,8 @@
 #include <Foundation/Cancellation.h>
+#include <Foundation/DisplayText.h>
 #include <PhotoSources/ImageFileMetadata.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/JsonForms.h>
-#include <Roamly/DisplayText.h>
 
 namespace CommandLine {
 
@@ -14,7 +14,7 @@ int run(const Invocation& invocation) {
         const PhotoSources::ImageFileMetadata metadata = PhotoSources::ImageFileMetadataReader::read(file);
         invocation.console.result([&](Foundation::JsonWriter& json) {
             json.beginObject();
-            json.member("file", Roamly::displayText(file));
+            json.member("file", Foundation::displayText(file));
             JsonForms::writeMembers(json, metadata);
             json.endObject();
         });

@@ -2,11 +2,11 @@
 #include <Analysis/GeocodeCache.h>
 #include <Analysis/LocationResolver.h>
 #include <Foundation/Cancellation.h>
-#include <Roamly/AnalysisEngine.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/SettingsStore.h>
+#include <Roamly/Platform/AnalysisEngine.h>
+#include <Roamly/Platform/SettingsStore.h>
 
 namespace CommandLine {
 
@@ -25,7 +25,7 @@ int run(const Invocation& invocation) {
     for (const std::string& typed : invocation.arguments.positionals())
         coordinates.push_back(coordinate(typed));
 
-    const Roamly::Geocoding geocoding = Roamly::makeGeocoding(Roamly::SettingsStore{}.load());
+    const Platform::Geocoding geocoding = Platform::makeGeocoding(Platform::SettingsStore{}.load());
     Analysis::ContinuousClock clock;
     for (const ProjectModel::Coordinate& position : coordinates) {
         Foundation::throwIfStopped(invocation.stop);

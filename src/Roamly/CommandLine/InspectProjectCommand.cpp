@@ -1,6 +1,6 @@
 #include <ProjectModel/ProjectFile.h>
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/ProjectStore.h>
+#include <Roamly/Document/ProjectStore.h>
 
 #include <string>
 #include <string_view>
@@ -27,7 +27,7 @@ std::string onOneLine(std::string_view document) {
 
 int run(const Invocation& invocation) {
     const ProjectModel::Project project =
-        Roamly::ProjectStore::load(invocation.arguments.positionals()[0]).project;
+        Document::ProjectStore::load(invocation.arguments.positionals()[0]).project;
     const std::string document = ProjectModel::encoded(project);
     if (invocation.console.isJson())
         invocation.console.result([&](Foundation::JsonWriter& json) { json.raw(onOneLine(document)); });

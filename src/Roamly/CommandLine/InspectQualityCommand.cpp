@@ -1,15 +1,15 @@
 #include <Analysis/BestShotSelector.h>
 #include <Analysis/SharpnessScorer.h>
-#include <Roamly/AnalysisEngine.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/InspectedPhotos.h>
+#include <Roamly/Platform/AnalysisEngine.h>
 
 namespace CommandLine {
 
 namespace {
 
 int run(const Invocation& invocation) {
-    Roamly::VisionEngine vision;
+    Platform::VisionEngine vision;
     return inspectPhotos(invocation, [&](Foundation::JsonWriter& json, const Foundation::Image& image) {
         const std::optional<double> variance = Analysis::SharpnessScorer::variance(image);
         const Analysis::ImageQuality quality = vision.qualityScorer().quality(image);

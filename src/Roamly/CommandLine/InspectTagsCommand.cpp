@@ -1,16 +1,17 @@
 #include <Captioning/SceneTagging.h>
-#include <Roamly/AnalysisEngine.h>
-#include <Roamly/CaptionController.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/InspectedPhotos.h>
+#include <Roamly/Jobs/CaptionController.h>
+#include <Roamly/Platform/CaptionEngine.h>
+#include <Roamly/Platform/AnalysisEngine.h>
 
 namespace CommandLine {
 
 namespace {
 
 int run(const Invocation& invocation) {
-    Roamly::VisionEngine vision;
-    const Captioning::VisionSceneTagger tagger = Roamly::CaptionController::sceneTagger(vision.classifier());
+    Platform::VisionEngine vision;
+    const Captioning::VisionSceneTagger tagger = Jobs::CaptionController::sceneTagger(vision.classifier());
     return inspectPhotos(invocation, [&](Foundation::JsonWriter& json, const Foundation::Image& image) {
         json.key("tags").beginArray();
         for (const std::string& tag : tagger.tags(image))

@@ -1,7 +1,7 @@
 #include <Foundation/Cancellation.h>
+#include <Foundation/DisplayText.h>
 #include <PhotoSources/ImageDecoder.h>
 #include <Roamly/CommandLine/InspectedPhotos.h>
-#include <Roamly/DisplayText.h>
 
 namespace CommandLine {
 
@@ -18,13 +18,13 @@ int inspectPhotos(
         Foundation::throwIfStopped(invocation.stop);
         const std::optional<Foundation::Image> image = analysedPhoto(file);
         invocation.console.result([&](Foundation::JsonWriter& json) {
-            json.beginObject().member("file", Roamly::displayText(file));
+            json.beginObject().member("file", Foundation::displayText(file));
             if (image)
                 writeMembers(json, *image);
             json.endObject();
         });
         if (!image) {
-            invocation.console.warn("“" + Roamly::displayText(file) + "” can’t be decoded.");
+            invocation.console.warn("“" + Foundation::displayText(file) + "” can’t be decoded.");
             status = ExitStatus::failed;
         }
     }

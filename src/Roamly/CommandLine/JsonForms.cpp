@@ -159,7 +159,7 @@ void writeMembers(JsonWriter& json, const PhotoSources::ImageFileMetadata& metad
     json.member("captureDateIsLowConfidence", metadata.captureDateIsLowConfidence);
 }
 
-void writeMembers(JsonWriter& json, const Roamly::ImportOutcome& outcome) {
+void writeMembers(JsonWriter& json, const Jobs::ImportOutcome& outcome) {
     json.member("added", static_cast<std::int64_t>(outcome.added));
     json.key("notices").beginArray();
     for (const std::string& notice : outcome.notices)

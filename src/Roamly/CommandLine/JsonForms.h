@@ -8,7 +8,7 @@
 #include <PhotoSources/FolderImporter.h>
 #include <PhotoSources/ImageFileMetadata.h>
 #include <ProjectModel/PhotoSource.h>
-#include <Roamly/ImportCoordinator.h>
+#include <Roamly/Jobs/ImportCoordinator.h>
 #include <Timeline/RenderState.h>
 #include <Timeline/SlideshowTimeline.h>
 
@@ -30,7 +30,7 @@ void write(Foundation::JsonWriter& json, const std::set<Foundation::Uuid>& ids);
 
 /// Members of an object that is open already.
 void writeMembers(Foundation::JsonWriter& json, const PhotoSources::ImageFileMetadata& metadata);
-void writeMembers(Foundation::JsonWriter& json, const Roamly::ImportOutcome& outcome);
+void writeMembers(Foundation::JsonWriter& json, const Jobs::ImportOutcome& outcome);
 void writeMembers(Foundation::JsonWriter& json, const Captioning::CaptionRun& run);
 
 } // namespace CommandLine::JsonForms

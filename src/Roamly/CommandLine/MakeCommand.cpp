@@ -8,8 +8,8 @@
 #include <Roamly/CommandLine/Music.h>
 #include <Roamly/CommandLine/OutputFile.h>
 #include <Roamly/CommandLine/ProjectSession.h>
-#include <Roamly/ProjectStore.h>
-#include <Roamly/SettingsStore.h>
+#include <Roamly/Document/ProjectStore.h>
+#include <Roamly/Platform/SettingsStore.h>
 
 namespace CommandLine {
 
@@ -22,17 +22,17 @@ struct Wishes {
     std::filesystem::path output;
     std::optional<std::string> projectFile;
     std::optional<MusicSelection> music;
-    Roamly::AppSettings settings;
+    Document::AppSettings settings;
 };
 
 /// Everything that happens to the project before the movie is made of it.
-Roamly::ImportOutcome fillProject(Roamly::ProjectDocument& document, const Wishes& wishes,
-                                  const Invocation& invocation) {
+Jobs::ImportOutcome fillProject(Document::ProjectDocument& document, const Wishes& wishes,
+                                const Invocation& invocation) {
     if (wishes.music)
-        document.edit([&](Project& project) { project.music = wishes.music; });
+        document.edit("Choose Music", [&](Project& project) { project.userSetMusic(wishes.music); });
     checkMusicIsPlayable(document.project(), invocation.stop);
     const std::vector<std::string>& folders = invocation.arguments.positionals();
-    Roamly::ImportOutcome outcome = importFolders(document, folders, invocation);
+    Jobs::ImportOutcome outcome = importFolders(document, folders, invocation);
     if (outcome.notices.size() == folders.size())
         throw Failure("No movie was made.");
     invocation.console.say(addedSentence(outcome, document.project()));
@@ -43,7 +43,7 @@ Roamly::ImportOutcome fillProject(Roamly::ProjectDocument& document, const Wishe
 
 struct Prepared {
     Project project;
-    Roamly::ImportOutcome outcome;
+    Jobs::ImportOutcome outcome;
 };
 
 /// Works on the project of the file where there is one, and keeps the result there.
@@ -52,14 +52,14 @@ Prepared prepare(const Wishes& wishes, const Invocation& invocation) {
     std::error_code ignored;
     if (projectFile && std::filesystem::exists(*projectFile, ignored)) {
         ProjectSession session{*projectFile, ProjectSession::Work::Long, invocation};
-        Roamly::ImportOutcome outcome = fillProject(session.document(), wishes, invocation);
+        Jobs::ImportOutcome outcome = fillProject(session.document(), wishes, invocation);
         session.save();
         return {session.project(), std::move(outcome)};
     }
-    Roamly::ProjectDocument document;
-    Roamly::ImportOutcome outcome = fillProject(document, wishes, invocation);
+    Document::ProjectDocument document;
+    Jobs::ImportOutcome outcome = fillProject(document, wishes, invocation);
     if (projectFile)
-        Roamly::ProjectStore::create(*projectFile, document.project());
+        Document::ProjectStore::create(*projectFile, document.project());
     return {document.project(), std::move(outcome)};
 }
 
@@ -68,7 +68,7 @@ int run(const Invocation& invocation) {
     Wishes wishes{.output = arguments.requiredValue("--output"),
                   .projectFile = arguments.value("--project"),
                   .music = std::nullopt,
-                  .settings = Roamly::SettingsStore{}.load()};
+                  .settings = Platform::SettingsStore{}.load()};
     const Export::ExportPreset preset = exportPreset(arguments, wishes.settings);
     OutputFile::checkIsWritable(wishes.output);
     if (wishes.projectFile) {

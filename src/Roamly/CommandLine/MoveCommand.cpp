@@ -3,7 +3,7 @@
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Reviewing.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/ReviewModel.h>
+#include <Roamly/Document/ReviewModel.h>
 
 namespace CommandLine {
 
@@ -20,12 +20,12 @@ int run(const Invocation& invocation) {
     for (const std::string& typed : invocation.arguments.positionalsFrom(1))
         positions.insert(Values::position(typed, "FROM"));
     const std::size_t destination = Values::position(invocation.arguments.requiredValue("--to"), "--to");
-    return changeProject(invocation, [&](Roamly::ProjectDocument& document) {
+    return changeProject(invocation, [&](Document::ProjectDocument& document) {
         const std::size_t count = document.project().photos.size();
         for (const std::size_t position : positions)
             checkPosition(position, count, count);
         checkPosition(destination, count + 1, count);
-        Roamly::ReviewModel{document}.movePhotos(positions, destination);
+        Document::ReviewModel{document}.movePhotos(positions, destination);
     });
 }
 

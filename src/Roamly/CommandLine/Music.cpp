@@ -2,21 +2,21 @@
 #include <Export/MusicFile.h>
 #include <Foundation/Bookmark.h>
 #include <Foundation/Cancellation.h>
+#include <Foundation/DisplayText.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Music.h>
-#include <Roamly/DisplayText.h>
 
 namespace CommandLine {
 
 ProjectModel::MusicSelection musicSelection(const std::filesystem::path& file) {
     std::error_code error;
     if (!std::filesystem::exists(file, error))
-        throw Failure("There is no music file “" + Roamly::displayText(file) + "”.");
+        throw Failure("There is no music file “" + Foundation::displayText(file) + "”.");
     const std::optional<Foundation::Bytes> bookmark =
         std::filesystem::is_regular_file(file, error) ? Foundation::makeBookmark(file) : std::nullopt;
     if (!bookmark)
-        throw Failure("“" + Roamly::displayText(file) + "” is not a file that music can be read from.");
-    return {*bookmark, Roamly::displayText(file.filename())};
+        throw Failure("“" + Foundation::displayText(file) + "” is not a file that music can be read from.");
+    return {*bookmark, Foundation::displayText(file.filename())};
 }
 
 bool isPlayable(const std::filesystem::path& file, const std::stop_token& stop) {
@@ -34,7 +34,7 @@ void checkMusicIsPlayable(const ProjectModel::Project& project, const std::stop_
         return;
     const auto file = Foundation::BookmarkResolver{}.resolvedFile(project.music->bookmark);
     if (file && !isPlayable(*file, stop))
-        throw Failure("The music “" + Roamly::displayText(*file) + "” can’t be played.");
+        throw Failure("The music “" + Foundation::displayText(*file) + "” can’t be played.");
 }
 
 } // namespace CommandLine

@@ -1,8 +1,8 @@
+#include <Foundation/DisplayText.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Music.h>
 #include <Roamly/CommandLine/Reviewing.h>
-#include <Roamly/DisplayText.h>
 
 namespace CommandLine {
 
@@ -17,11 +17,12 @@ int run(const Invocation& invocation) {
     if (!isNone) {
         music = musicSelection(files[0]);
         if (!isPlayable(files[0], invocation.stop))
-            invocation.console.warn("“" + Roamly::displayText(files[0]) +
+            invocation.console.warn("“" + Foundation::displayText(files[0]) +
                                     "” can’t be played; no movie can be made with it.");
     }
-    return changeProject(invocation, [&](Roamly::ProjectDocument& document) {
-        document.edit([&](ProjectModel::Project& project) { project.music = music; });
+    return changeProject(invocation, [&](Document::ProjectDocument& document) {
+        document.edit(music ? "Choose Music" : "Remove Music",
+                      [&](ProjectModel::Project& project) { project.userSetMusic(music); });
     });
 }
 

@@ -1,5 +1,5 @@
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/ProjectStore.h>
+#include <Roamly/Document/ProjectStore.h>
 
 namespace CommandLine {
 
@@ -7,7 +7,7 @@ namespace {
 
 int run(const Invocation& invocation) {
     const std::string& file = invocation.arguments.positionals()[0];
-    Roamly::ProjectStore::create(file, ProjectModel::Project::empty());
+    Document::ProjectStore::create(file, ProjectModel::Project::empty());
     invocation.console.say("Created " + file + ".");
     invocation.console.report([](Foundation::JsonWriter& json) { json.beginObject().endObject(); });
     return ExitStatus::done;

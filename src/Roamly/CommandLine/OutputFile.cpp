@@ -1,8 +1,8 @@
 #include <Foundation/AtomicFile.h>
 #include <Foundation/Bookmark.h>
+#include <Foundation/DisplayText.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/OutputFile.h>
-#include <Roamly/DisplayText.h>
 
 #include <unistd.h>
 
@@ -16,7 +16,7 @@ namespace CommandLine::OutputFile {
 namespace {
 
 std::string quoted(const std::filesystem::path& file) {
-    return "“" + Roamly::displayText(file) + "”";
+    return "“" + Foundation::displayText(file) + "”";
 }
 
 bool isSameFile(const std::filesystem::path& a, const std::optional<std::filesystem::path>& b) {

@@ -2,7 +2,7 @@
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Reviewing.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/ReviewModel.h>
+#include <Roamly/Document/ReviewModel.h>
 
 namespace CommandLine {
 
@@ -23,8 +23,8 @@ int run(const Invocation& invocation) {
         throw UsageError("--clear goes with neither --city nor --country.");
     if (!arguments.has("--clear") && !isNamed)
         throw UsageError("A --city, a --country or --clear is missing.");
-    return changeProject(invocation, [&](Roamly::ProjectDocument& document) {
-        Roamly::ReviewModel{document}.setPlace(city, country, id);
+    return changeProject(invocation, [&](Document::ProjectDocument& document) {
+        Document::ReviewModel{document}.setPlace(city, country, {id});
     });
 }
 

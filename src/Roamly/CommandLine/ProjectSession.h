@@ -2,8 +2,8 @@
 
 #include <Roamly/CommandLine/Command.h>
 #include <Roamly/CommandLine/ProjectLock.h>
-#include <Roamly/ProjectDocument.h>
-#include <Roamly/ProjectStore.h>
+#include <Roamly/Document/ProjectDocument.h>
+#include <Roamly/Document/ProjectStore.h>
 
 #include <filesystem>
 #include <optional>
@@ -20,7 +20,7 @@ public:
     ProjectSession(const std::filesystem::path& path, Work work, const Invocation& invocation);
 
     [[nodiscard]] const ProjectModel::Project& project() const { return m_document.project(); }
-    [[nodiscard]] Roamly::ProjectDocument& document() { return m_document; }
+    [[nodiscard]] Document::ProjectDocument& document() { return m_document; }
 
     /// Writes the file unless it holds just this already; true when it did. Throws ProjectStoreError, also
     /// when another program wrote the file since it was loaded.
@@ -29,9 +29,9 @@ public:
 private:
     std::filesystem::path m_path;
     ProjectLock m_lock;
-    Roamly::ProjectDocument m_document;
+    Document::ProjectDocument m_document;
     ProjectModel::Project m_saved;
-    std::optional<Roamly::ProjectStore::FileVersion> m_version;
+    std::optional<Document::ProjectStore::FileVersion> m_version;
     bool m_mustSave = false;
 };
 

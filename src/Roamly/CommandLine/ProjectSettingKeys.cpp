@@ -1,5 +1,5 @@
 #include <Roamly/CommandLine/ProjectSettingKeys.h>
-#include <Roamly/SettingValue.h>
+#include <Roamly/Document/SettingValue.h>
 
 #include <array>
 #include <string>
@@ -9,7 +9,7 @@ namespace CommandLine {
 namespace {
 
 using ProjectModel::ProjectSettings;
-namespace SettingValue = Roamly::SettingValue;
+namespace SettingValue = Document::SettingValue;
 
 template <auto Member, auto Parse>
 constexpr ProjectSettingKey key(std::string_view name, std::string_view accepts) {

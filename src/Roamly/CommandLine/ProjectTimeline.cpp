@@ -1,15 +1,15 @@
 #include <Roamly/CommandLine/ProjectTimeline.h>
-#include <Roamly/PlaybackSettings.h>
-#include <Roamly/ProjectStore.h>
-#include <Roamly/SettingsStore.h>
+#include <Roamly/Document/PlaybackSettings.h>
+#include <Roamly/Document/ProjectStore.h>
+#include <Roamly/Platform/SettingsStore.h>
 #include <Timeline/TimelineBuilder.h>
 
 namespace CommandLine {
 
 ProjectTimeline loadTimeline(const std::filesystem::path& projectFile) {
     ProjectTimeline loaded;
-    loaded.project = Roamly::ProjectStore::load(projectFile).project;
-    loaded.settings = Roamly::effectiveSettings(loaded.project.settings, Roamly::SettingsStore{}.load());
+    loaded.project = Document::ProjectStore::load(projectFile).project;
+    loaded.settings = Document::effectiveSettings(loaded.project.settings, Platform::SettingsStore{}.load());
     loaded.timeline = Timeline::TimelineBuilder::build(loaded.project, loaded.settings);
     return loaded;
 }

@@ -1,8 +1,8 @@
 #include <Foundation/Cancellation.h>
 #include <Foundation/Text.h>
-#include <Roamly/CaptionProvider.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Prompt.h>
+#include <Roamly/Document/CaptionProvider.h>
 
 #include <poll.h>
 #include <termios.h>
@@ -107,8 +107,8 @@ void confirmPrivacy(ProjectModel::AIProvider chosen, bool saidYes, Console& cons
     if (saidYes)
         return;
     const std::string provider{displayName(chosen)};
-    console.warn(std::string{Roamly::privacyConfirmationTitle} + "\n" +
-                 Roamly::privacyConfirmationMessage(chosen));
+    console.warn(std::string{Document::privacyConfirmationTitle} + "\n" +
+                 Document::privacyConfirmationMessage(chosen));
     if (!canAsk())
         throw Failure("Choosing " + provider + " must be confirmed with --yes.");
     if (!askYesNo("Use " + provider + "?", stop))

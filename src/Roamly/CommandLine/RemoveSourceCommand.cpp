@@ -8,8 +8,8 @@ namespace {
 
 int run(const Invocation& invocation) {
     const Foundation::Uuid id = Values::uuid(invocation.arguments.positionals()[1]);
-    return changeProject(invocation, [&](Roamly::ProjectDocument& document) {
-        document.edit([&](ProjectModel::Project& project) { project.removeSource(id); });
+    return changeProject(invocation, [&](Document::ProjectDocument& document) {
+        document.edit("Remove Source", [&](ProjectModel::Project& project) { project.removeSource(id); });
     });
 }
 

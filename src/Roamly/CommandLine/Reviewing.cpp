@@ -1,15 +1,16 @@
 #include <Roamly/CommandLine/Counted.h>
 #include <Roamly/CommandLine/ProjectSession.h>
 #include <Roamly/CommandLine/Reviewing.h>
-#include <Roamly/ReviewModel.h>
+#include <Roamly/Document/ReviewModel.h>
 
 namespace CommandLine {
 
-int changeProject(const Invocation& invocation, const std::function<void(Roamly::ProjectDocument&)>& change) {
+int changeProject(const Invocation& invocation,
+                  const std::function<void(Document::ProjectDocument&)>& change) {
     ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Quick, invocation};
     change(session.document());
     if (session.save()) {
-        const std::size_t selected = Roamly::ReviewModel{session.document()}.selectedCount();
+        const std::size_t selected = Document::ReviewModel{session.document()}.selectedCount();
         invocation.console.say("Saved: " + counted(session.project().photos.size(), "photo") + ", " +
                                std::to_string(selected) + " selected.");
     } else {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <Roamly/CommandLine/Command.h>
-#include <Roamly/ProjectDocument.h>
+#include <Roamly/Document/ProjectDocument.h>
 
 #include <functional>
 
@@ -9,6 +9,7 @@ namespace CommandLine {
 
 /// What all commands do that change the project of their first argument by one quick step: open it, change
 /// it, save it and say what became of it. Returns the exit status.
-int changeProject(const Invocation& invocation, const std::function<void(Roamly::ProjectDocument&)>& change);
+int changeProject(const Invocation& invocation,
+                  const std::function<void(Document::ProjectDocument&)>& change);
 
 } // namespace CommandLine

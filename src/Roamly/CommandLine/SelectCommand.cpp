@@ -1,7 +1,7 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Reviewing.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/ReviewModel.h>
+#include <Roamly/Document/ReviewModel.h>
 
 namespace CommandLine {
 
@@ -9,8 +9,8 @@ namespace {
 
 int run(const Invocation& invocation, bool isSelected) {
     const std::set<Foundation::Uuid> ids = Values::uuids(invocation.arguments.positionalsFrom(1));
-    return changeProject(invocation, [&](Roamly::ProjectDocument& document) {
-        Roamly::ReviewModel{document}.setSelection(isSelected, ids);
+    return changeProject(invocation, [&](Document::ProjectDocument& document) {
+        Document::ReviewModel{document}.setSelection(isSelected, ids);
     });
 }
 

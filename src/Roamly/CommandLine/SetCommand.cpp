@@ -1,4 +1,3 @@
-#include <Roamly/CaptionProvider.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/ProjectSettingKeys.h>
@@ -6,7 +5,8 @@
 #include <Roamly/CommandLine/Reviewing.h>
 #include <Roamly/CommandLine/Suggestion.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/SettingsStore.h>
+#include <Roamly/Document/CaptionProvider.h>
+#include <Roamly/Platform/SettingsStore.h>
 
 namespace CommandLine {
 
@@ -44,7 +44,7 @@ int run(const Invocation& invocation) {
             throw UsageError("“" + text + "” is no value for " + std::string{key.name} + "; it takes " +
                              std::string{key.accepts} + ".");
     }
-    return changeProject(invocation, [&](Roamly::ProjectDocument& document) {
+    return changeProject(invocation, [&](Document::ProjectDocument& document) {
         const ProjectSettings before = document.project().settings;
         ProjectSettings after = before;
         if (isUnset) {
@@ -53,12 +53,13 @@ int run(const Invocation& invocation) {
             key.assign(after, text);
             // Going over to a provider that receives the photos needs the user's consent.
             if (after.aiProvider &&
-                Roamly::needsPrivacyConfirmation(*after.aiProvider,
-                                                 effectiveProvider(before, Roamly::SettingsStore{}.load())))
+                Document::needsPrivacyConfirmation(
+                    *after.aiProvider, effectiveProvider(before, Platform::SettingsStore{}.load())))
                 confirmPrivacy(*after.aiProvider, arguments.has("--yes"), invocation.console,
                                invocation.stop);
         }
-        document.edit([&](ProjectModel::Project& project) { project.settings = after; });
+        document.edit("Change Settings",
+                      [&](ProjectModel::Project& project) { project.userSetSettings(after); });
     });
 }
 

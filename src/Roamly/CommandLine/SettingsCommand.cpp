@@ -1,33 +1,33 @@
-#include <Roamly/CaptionProvider.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Suggestion.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/SettingsStore.h>
+#include <Roamly/Document/CaptionProvider.h>
+#include <Roamly/Platform/SettingsStore.h>
 
 namespace CommandLine {
 
 namespace {
 
 using Foundation::JsonWriter;
-using Roamly::SettingKey;
+using Platform::SettingKey;
 
 std::vector<std::string_view> keyNames() {
     std::vector<std::string_view> names;
-    for (const SettingKey& key : Roamly::settingKeys())
+    for (const SettingKey& key : Platform::settingKeys())
         names.push_back(key.name);
     return names;
 }
 
 const SettingKey& findKey(const std::string& name) {
-    if (const SettingKey* const key = Roamly::findSettingKey(name))
+    if (const SettingKey* const key = Platform::findSettingKey(name))
         return *key;
     throw UsageError("There is no setting “" + name + "”." + suggestion(name, keyNames()));
 }
 
-void writeAll(JsonWriter& json, const Roamly::AppSettings& settings) {
+void writeAll(JsonWriter& json, const Document::AppSettings& settings) {
     json.beginObject();
-    for (const SettingKey& key : Roamly::settingKeys()) {
+    for (const SettingKey& key : Platform::settingKeys()) {
         if (key.text(settings))
             key.write(json.key(key.name), settings);
     }
@@ -37,18 +37,18 @@ void writeAll(JsonWriter& json, const Roamly::AppSettings& settings) {
 int run(const Invocation& invocation) {
     const std::vector<std::string>& words = invocation.arguments.positionals();
     const bool isUnset = invocation.arguments.has("--unset");
-    Roamly::SettingsStore store;
+    Platform::SettingsStore store;
     if (words.empty()) {
         if (isUnset)
             throw UsageError("--unset needs a KEY.");
-        const Roamly::AppSettings settings = store.load();
+        const Document::AppSettings settings = store.load();
         invocation.console.result([&](JsonWriter& json) { writeAll(json, settings); });
         return ExitStatus::done;
     }
 
     const SettingKey& key = findKey(words[0]);
     if (words.size() == 1 && !isUnset) {
-        const Roamly::AppSettings settings = store.load();
+        const Document::AppSettings settings = store.load();
         invocation.console.result([&](JsonWriter& json) { key.write(json, settings); });
         return ExitStatus::done;
     }
@@ -64,7 +64,7 @@ int run(const Invocation& invocation) {
                              std::string{key.accepts} + ".");
         invocation.console.say("Saved.");
         if (key.name == "defaultAIProvider" && sendsPhotosToCloud(store.load().defaultAIProvider))
-            invocation.console.warn(std::string{Roamly::providersNote});
+            invocation.console.warn(std::string{Document::providersNote});
     }
     invocation.console.report([](JsonWriter& json) { json.beginObject().endObject(); });
     return ExitStatus::done;

@@ -1,8 +1,9 @@
-#include <Roamly/CaptionController.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Prompt.h>
-#include <Roamly/KeychainStore.h>
+#include <Roamly/Jobs/CaptionController.h>
+#include <Roamly/Platform/CaptionEngine.h>
+#include <Roamly/Platform/KeychainStore.h>
 
 namespace CommandLine {
 
@@ -21,26 +22,26 @@ int setKey(const Invocation& invocation) {
     const std::string key = askSecret("OpenRouter API key:", invocation.stop);
     if (key.empty())
         throw Failure("No key was given; “roamly settings key clear” removes the stored one.");
-    if (!Roamly::KeychainStore::save(key))
-        throw Failure(Roamly::KeychainStore::isAvailable() ? "The Secret Service did not take the key."
-                                                           : noSecretService);
+    if (!Platform::KeychainStore::save(key))
+        throw Failure(Platform::KeychainStore::isAvailable() ? "The Secret Service did not take the key."
+                                                             : noSecretService);
     invocation.console.say("The key is stored in your keyring.");
     report(invocation, true);
     return ExitStatus::done;
 }
 
 int clearKey(const Invocation& invocation) {
-    if (!Roamly::KeychainStore::save(""))
-        throw Failure(Roamly::KeychainStore::isAvailable() ? "The Secret Service did not remove the key."
-                                                           : noSecretService);
+    if (!Platform::KeychainStore::save(""))
+        throw Failure(Platform::KeychainStore::isAvailable() ? "The Secret Service did not remove the key."
+                                                             : noSecretService);
     invocation.console.say("No key is stored.");
     report(invocation, false);
     return ExitStatus::done;
 }
 
 int showStatus(const Invocation& invocation) {
-    const bool isStored = !Roamly::storedOpenRouterKey().empty();
-    if (!isStored && !Roamly::KeychainStore::isAvailable())
+    const bool isStored = !Platform::storedOpenRouterKey().empty();
+    if (!isStored && !Platform::KeychainStore::isAvailable())
         invocation.console.warn(noSecretService);
     invocation.console.say(isStored ? "A key is stored." : "No key is stored.");
     report(invocation, isStored);

@@ -1,10 +1,11 @@
 #include <Captioning/OllamaCaptioner.h>
 #include <Captioning/OpenRouterCaptioner.h>
 #include <Foundation/Cancellation.h>
-#include <Roamly/CaptionController.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
-#include <Roamly/KeychainStore.h>
+#include <Roamly/Jobs/CaptionController.h>
+#include <Roamly/Platform/CaptionEngine.h>
+#include <Roamly/Platform/KeychainStore.h>
 
 namespace CommandLine {
 
@@ -15,15 +16,15 @@ struct Outcome {
     const char* text = "";
 };
 
-Outcome testOllama(const Roamly::CaptionEnvironment& environment, const std::stop_token& stop) {
-    const Roamly::AppSettings settings = environment.settings();
-    const Captioning::OllamaCaptioner captioner{Roamly::CaptionController::ollamaURL(settings),
+Outcome testOllama(const Jobs::CaptionEnvironment& environment, const std::stop_token& stop) {
+    const Document::AppSettings settings = environment.settings();
+    const Captioning::OllamaCaptioner captioner{Jobs::CaptionController::ollamaURL(settings),
                                                 settings.ollamaModel, std::nullopt, environment.transport};
     const bool isGood = captioner.testConnection(stop);
     return {isGood, isGood ? "Connected ✓" : "Not reachable"};
 }
 
-Outcome testOpenRouter(const Roamly::CaptionEnvironment& environment, const std::stop_token& stop) {
+Outcome testOpenRouter(const Jobs::CaptionEnvironment& environment, const std::stop_token& stop) {
     const Captioning::OpenRouterCaptioner captioner{environment.openRouterKey(),
                                                     environment.settings().openRouterModel, std::nullopt,
                                                     environment.transport, environment.openRouterBaseURL};
@@ -33,12 +34,12 @@ Outcome testOpenRouter(const Roamly::CaptionEnvironment& environment, const std:
 
 int run(const Invocation& invocation) {
     const std::string& backend = invocation.arguments.positionals()[0];
-    const Roamly::CaptionEnvironment environment = Roamly::systemCaptionEnvironment();
+    const Jobs::CaptionEnvironment environment = Platform::systemCaptionEnvironment();
     Outcome outcome;
     if (backend == "ollama") {
         outcome = testOllama(environment, invocation.stop);
     } else if (backend == "openRouter") {
-        if (!Roamly::KeychainStore::isAvailable())
+        if (!Platform::KeychainStore::isAvailable())
             invocation.console.warn(
                 "There is no Secret Service on this session, so that no API key can be read.");
         outcome = testOpenRouter(environment, invocation.stop);

@@ -1,13 +1,14 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/JsonForms.h>
-#include <Roamly/ProjectStore.h>
+#include <Roamly/Document/ProjectStore.h>
 
 namespace CommandLine {
 
 namespace {
 
 int run(const Invocation& invocation) {
-    const Roamly::LoadedProject loaded = Roamly::ProjectStore::load(invocation.arguments.positionals()[0]);
+    const Document::LoadedProject loaded =
+        Document::ProjectStore::load(invocation.arguments.positionals()[0]);
     for (const ProjectModel::PhotoSource& source : loaded.project.sources)
         invocation.console.result([&](Foundation::JsonWriter& json) { JsonForms::write(json, source); });
     if (loaded.hasNewIdentifiers)

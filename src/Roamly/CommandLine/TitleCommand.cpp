@@ -1,7 +1,7 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Reviewing.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/ReviewModel.h>
+#include <Roamly/Document/ReviewModel.h>
 
 namespace CommandLine {
 
@@ -10,8 +10,8 @@ namespace {
 int run(const Invocation& invocation) {
     const Foundation::Uuid id = Values::uuid(invocation.arguments.positionals()[1]);
     const std::string text = Values::text(invocation.arguments.positionals()[2], "TEXT");
-    return changeProject(invocation, [&](Roamly::ProjectDocument& document) {
-        Roamly::ReviewModel{document}.setCaption(text, id);
+    return changeProject(invocation, [&](Document::ProjectDocument& document) {
+        Document::ReviewModel{document}.setCaption(text, id);
     });
 }
 

@@ -1,7 +1,7 @@
 #include <Foundation/Bytes.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/SettingValue.h>
+#include <Roamly/Document/SettingValue.h>
 
 #include <charconv>
 #include <optional>
@@ -35,7 +35,7 @@ std::string text(std::string_view typed, std::string_view what) {
 }
 
 double number(std::string_view typed, std::string_view what) {
-    const std::optional<double> value = Roamly::SettingValue::number(typed);
+    const std::optional<double> value = Document::SettingValue::number(typed);
     if (!value)
         fail(typed, "a number, which " + std::string{what} + " needs");
     return *value;
@@ -62,7 +62,7 @@ std::set<Foundation::Uuid> uuids(std::span<const std::string> typed) {
     return ids;
 }
 
-Export::FrameSize frameSize(std::string_view typed) {
+Frames::FrameSize frameSize(std::string_view typed) {
     const std::size_t cross = typed.find('x');
     if (cross != std::string_view::npos) {
         const std::optional<int> width = integer<int>(typed.substr(0, cross));

@@ -26,7 +26,7 @@ namespace CommandLine::Values {
 [[nodiscard]] std::set<Foundation::Uuid> uuids(std::span<const std::string> typed);
 
 /// "1920x1080".
-[[nodiscard]] Export::FrameSize frameSize(std::string_view typed);
+[[nodiscard]] Frames::FrameSize frameSize(std::string_view typed);
 
 [[nodiscard]] Export::ExportResolution resolution(std::string_view typed);
 [[nodiscard]] Export::ExportCodec codec(std::string_view typed);

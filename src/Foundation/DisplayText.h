@@ -1,0 +1,12 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace Foundation {
+
+/// A path or file name as text to show and to store: always valid UTF-8. Names of files are bytes; those that
+/// are not UTF-8 come out as U+FFFD. Thread-safe.
+[[nodiscard]] std::string displayText(const std::filesystem::path& path);
+
+} // namespace Foundation

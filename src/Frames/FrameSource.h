@@ -1,0 +1,29 @@
+#pragma once
+
+#include <Foundation/Uuid.h>
+#include <Timeline/RenderState.h>
+
+#include <Frames/FrameSize.h>
+#include <Frames/YuvFrame.h>
+
+#include <memory>
+#include <set>
+
+namespace Frames {
+
+/// Where the exporter gets its frames. Both operations are called from several threads at once, for frames in
+/// nearly ascending order.
+class FrameSource {
+public:
+    virtual ~FrameSource() = default;
+
+    /// The finished frame, or nothing when it cannot be made. The same object may be returned for several
+    /// frames that look the same.
+    [[nodiscard]] virtual std::shared_ptr<const YuvFrame> frame(const Timeline::RenderState& state,
+                                                                FrameSize size) = 0;
+
+    /// The photos that could not be loaded or drawn so far.
+    [[nodiscard]] virtual std::set<Foundation::Uuid> failedPhotoIDs() const = 0;
+};
+
+} // namespace Frames

@@ -1,0 +1,39 @@
+#include <PhotoSources/ImageDecoder.h>
+#include <Roamly/Platform/AppImageProvider.h>
+
+#include <exception>
+#include <utility>
+#include <variant>
+
+namespace Platform {
+
+namespace {
+
+std::optional<Foundation::Image> nonEmpty(std::optional<Foundation::Image> image) {
+    return image && !image->isEmpty() ? std::move(image) : std::nullopt;
+}
+
+} // namespace
+
+AppImageProvider::AppImageProvider(int maxPixel, LibraryImageLoader libraryImage)
+    : m_maxPixel(maxPixel)
+    , m_libraryImage(std::move(libraryImage))
+    , m_resolver(std::make_shared<Foundation::BookmarkResolver>()) {}
+
+std::optional<Foundation::Image> AppImageProvider::image(const ProjectModel::PhotoRef& ref) const {
+    if (m_maxPixel <= 0)
+        return std::nullopt;
+    // One photo that exhausts memory or sits on a failing disk must not end a run over thousands.
+    try {
+        if (const auto* file = std::get_if<ProjectModel::FilePhotoRef>(&ref)) {
+            const auto path = m_resolver->resolvedFile(file->bookmark);
+            return path ? nonEmpty(PhotoSources::ImageDecoder::decode(*path, m_maxPixel)) : std::nullopt;
+        }
+        const auto& library = std::get<ProjectModel::LibraryPhotoRef>(ref);
+        return m_libraryImage ? nonEmpty(m_libraryImage(library.localIdentifier, m_maxPixel)) : std::nullopt;
+    } catch (const std::exception&) {
+        return std::nullopt;
+    }
+}
+
+} // namespace Platform

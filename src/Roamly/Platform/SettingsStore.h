@@ -1,0 +1,72 @@
+#pragma once
+
+#include <Foundation/JsonWriter.h>
+#include <Roamly/Document/AppSettings.h>
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace Platform {
+
+/// One setting: its name in the file, what it accepts and how it is shown.
+struct SettingKey {
+    std::string_view name;
+    /// What a value may be, to complete "It takes …".
+    std::string_view accepts;
+    std::string_view summary;
+    /// Reads the text into the settings; false when it is no value for this key, and nothing changes.
+    bool (*assign)(Document::AppSettings& settings, std::string_view text);
+    /// The text that `assign` reads back; nothing when the setting holds no value.
+    std::optional<std::string> (*text)(const Document::AppSettings& settings);
+    /// Writes the typed value; `null` when the setting holds none.
+    void (*write)(Foundation::JsonWriter& json, const Document::AppSettings& settings);
+};
+
+/// All settings, in the order they are listed to people.
+[[nodiscard]] std::span<const SettingKey> settingKeys();
+[[nodiscard]] const SettingKey* findSettingKey(std::string_view name);
+
+/// The settings file could not be written. `what()` is one sentence for the user.
+class SettingsStoreError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The user's settings file. Several processes may change it at the same time: each writes only the key it
+/// was asked to write and keeps what the others wrote. The file is readable by its owner alone.
+class SettingsStore {
+public:
+    /// `settings.ini` in the application's folder of the user's configuration.
+    [[nodiscard]] static std::filesystem::path defaultPath();
+
+    explicit SettingsStore(std::filesystem::path path = defaultPath());
+
+    [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
+
+    /// What holds now. A key that is missing or holds something else than a value of its kind has its
+    /// default.
+    [[nodiscard]] Document::AppSettings load() const;
+
+    /// Stores a value; false, and nothing changes, when the text is no value for the key.
+    /// Throws SettingsStoreError.
+    bool set(const SettingKey& key, std::string_view text);
+
+    /// Back to the default. Throws SettingsStoreError.
+    void unset(const SettingKey& key);
+
+    /// The OpenRouter key that an older version left here; none in files of this version.
+    [[nodiscard]] std::optional<std::string> legacyOpenRouterKey() const;
+    /// Throws SettingsStoreError.
+    void removeLegacyOpenRouterKey();
+
+private:
+    void change(std::string_view key, const std::optional<std::string>& text);
+
+    std::filesystem::path m_path;
+};
+
+} // namespace Platform

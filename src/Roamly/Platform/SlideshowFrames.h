@@ -1,0 +1,16 @@
+#pragma once
+
+#include <ProjectModel/Project.h>
+
+#include <Frames/FrameSource.h>
+
+#include <memory>
+
+namespace Platform {
+
+/// What draws the project's slideshow from this machine's photos, decoded to at most `maxPixel` pixels on
+/// their longest side. A QGuiApplication must exist. Any thread.
+[[nodiscard]] std::unique_ptr<Frames::FrameSource> slideshowFrames(const ProjectModel::Project& project,
+                                                                   int maxPixel);
+
+} // namespace Platform

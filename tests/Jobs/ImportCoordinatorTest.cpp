@@ -1,0 +1,175 @@
+#include <Foundation/AtomicFile.h>
+#include <Foundation/Cancellation.h>
+#include <Foundation/TemporaryFolder.h>
+#include <Roamly/Jobs/ImportCoordinator.h>
+#include <Support/TestPhotos.h>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+using Foundation::Testing::TemporaryFolder;
+using ProjectModel::FolderSourceRef;
+using ProjectModel::PhotoItem;
+using ProjectModel::Project;
+using Jobs::ImportOutcome;
+using Document::ProjectDocument;
+namespace ImportCoordinator = Jobs::ImportCoordinator;
+
+namespace {
+
+class ImportCoordinatorTest : public testing::Test {
+protected:
+    ImportOutcome import(const std::vector<std::filesystem::path>& folders) {
+        return ImportCoordinator::importFolders(m_document, folders);
+    }
+    const Project& project() const { return m_document.project(); }
+    std::filesystem::path emptyFolder(std::string_view name) {
+        std::filesystem::create_directories(m_folder / name);
+        return m_folder / name;
+    }
+    std::filesystem::path folderOfPhotos(const std::string& name, int count) {
+        for (int number = 0; number < count; ++number)
+            TestPhotos::write(m_folder / (name + "/" + std::to_string(number) + ".jpg"));
+        return m_folder / name;
+    }
+
+    TemporaryFolder m_folder;
+    ProjectDocument m_document;
+};
+
+class WorkingFolder {
+public:
+    explicit WorkingFolder(const std::filesystem::path& folder) { std::filesystem::current_path(folder); }
+    WorkingFolder(const WorkingFolder&) = delete;
+    WorkingFolder& operator=(const WorkingFolder&) = delete;
+    ~WorkingFolder() { std::filesystem::current_path(m_before); }
+
+private:
+    std::filesystem::path m_before = std::filesystem::current_path();
+};
+
+} // namespace
+
+TEST_F(ImportCoordinatorTest, OfTwoFoldersTheFirstWithoutImagesGivesTheNoticeAndTheSecondIsImported) {
+    const ImportOutcome outcome = import({emptyFolder("empty"), folderOfPhotos("trip", 2)});
+    EXPECT_EQ(outcome.notices, std::vector<std::string>{"No photos were found in “empty”."});
+    EXPECT_EQ(outcome.added, 2U);
+    EXPECT_EQ(project().photos.size(), 2U);
+    ASSERT_EQ(project().sources.size(), 1U);
+    EXPECT_EQ(std::get<FolderSourceRef>(project().sources[0].ref).displayPath, (m_folder / "trip").string());
+}
+
+TEST_F(ImportCoordinatorTest, TwoBadFoldersGiveBothNoticesOnePerLine) {
+    const ImportOutcome outcome = import({m_folder / "gone", emptyFolder("empty")});
+    EXPECT_EQ(outcome.notice(), "Couldn’t get lasting access to “gone”.\nNo photos were found in “empty”.");
+    EXPECT_EQ(outcome.added, 0U);
+    EXPECT_EQ(project(), Project::empty());
+}
+
+TEST_F(ImportCoordinatorTest, WithoutNoticesThereIsNoNoticeText) {
+    EXPECT_EQ(import({folderOfPhotos("trip", 1)}).notice(), std::nullopt);
+}
+
+TEST_F(ImportCoordinatorTest, ImportingTheSameFolderTwiceAddsNothingTheSecondTimeAndGivesNoNotice) {
+    const std::filesystem::path folder = folderOfPhotos("trip", 3);
+    import({folder});
+    const Project before = project();
+    EXPECT_EQ(import({folder}), ImportOutcome{});
+    EXPECT_EQ(project(), before);
+}
+
+TEST_F(ImportCoordinatorTest, TheSameFolderNamedTwiceInOneImportAddsOneSource) {
+    const std::filesystem::path folder = folderOfPhotos("trip", 2);
+    EXPECT_EQ(import({folder, folder / "."}).added, 2U);
+    EXPECT_EQ(project().sources.size(), 1U);
+}
+
+TEST_F(ImportCoordinatorTest, PhotosCarryTheirSourceSoThatRemovingItRemovesExactlyThem) {
+    import({folderOfPhotos("first", 2)});
+    import({folderOfPhotos("second", 3)});
+    ASSERT_EQ(project().sources.size(), 2U);
+    const std::vector<PhotoItem> all = project().photos;
+    m_document.edit([](Project& project) { project.removeSource(project.sources[1].id); });
+    EXPECT_EQ(project().photos.size(), 2U);
+    for (const PhotoItem& photo : project().photos)
+        EXPECT_EQ(photo.sourceID, project().sources[0].id);
+}
+
+TEST_F(ImportCoordinatorTest, PhotosKnownAlreadyStayLinkedToTheSourceTheyFirstCameThrough) {
+    import({folderOfPhotos("trip/day1", 2)});
+    const Foundation::Uuid first = project().sources[0].id;
+    folderOfPhotos("trip/day2", 1);
+    EXPECT_EQ(import({m_folder / "trip"}).added, 1U);
+    ASSERT_EQ(project().sources.size(), 2U);
+    int ofFirst = 0;
+    for (const PhotoItem& photo : project().photos)
+        ofFirst += photo.sourceID == first ? 1 : 0;
+    EXPECT_EQ(ofFirst, 2);
+}
+
+TEST_F(ImportCoordinatorTest, NewPhotosAreSortedInByTheirDate) {
+    TestPhotos::write(m_folder / "a/late.jpg", {.date = "2024:05:02 10:00:00"});
+    TestPhotos::write(m_folder / "b/early.jpg", {.date = "2024:05:01 10:00:00"});
+    import({m_folder / "a", m_folder / "b"});
+    ASSERT_EQ(project().photos.size(), 2U);
+    EXPECT_EQ(std::get<ProjectModel::FilePhotoRef>(project().photos[0].source).displayName, "early.jpg");
+    EXPECT_EQ(project().photos[0].captureDate, Foundation::makeInstant(2024, 5, 1, 10, 0, 0));
+}
+
+TEST_F(ImportCoordinatorTest, AFileInPlaceOfAFolderGetsNoLastingAccess) {
+    TestPhotos::write(m_folder / "photo.jpg");
+    EXPECT_EQ(import({m_folder / "photo.jpg"}).notices,
+              std::vector<std::string>{"Couldn’t get lasting access to “photo.jpg”."});
+}
+
+TEST_F(ImportCoordinatorTest, NoticesNameTheLastComponentOfTheFullPath) {
+    emptyFolder("Lisbon 2024/inner");
+    const WorkingFolder working{m_folder / "Lisbon 2024"};
+    EXPECT_EQ(ImportCoordinator::folderName("."), "Lisbon 2024");
+    EXPECT_EQ(ImportCoordinator::folderName("inner/"), "inner");
+    EXPECT_EQ(ImportCoordinator::folderName("inner/.."), "Lisbon 2024");
+    EXPECT_EQ(ImportCoordinator::folderName("/"), "/");
+    EXPECT_EQ(import({"."}).notices, std::vector<std::string>{"No photos were found in “Lisbon 2024”."});
+}
+
+TEST_F(ImportCoordinatorTest, TheShownPathIsFullAndPlain) {
+    folderOfPhotos("trip", 1);
+    const WorkingFolder working{m_folder.path()};
+    import({"./trip/../trip/"});
+    ASSERT_EQ(project().sources.size(), 1U);
+    EXPECT_EQ(std::get<FolderSourceRef>(project().sources[0].ref).displayPath, (m_folder / "trip").string());
+}
+
+TEST_F(ImportCoordinatorTest, AFolderWhoseNameIsNotUtf8IsImportedUnderAReadableOne) {
+    const std::filesystem::path folder = m_folder.path() / "caf\xE9";
+    TestPhotos::write(folder / "1.jpg");
+    EXPECT_EQ(import({folder}).added, 1U);
+    EXPECT_EQ(std::get<FolderSourceRef>(project().sources[0].ref).displayPath,
+              (m_folder.path() / "caf\uFFFD").string());
+}
+
+TEST_F(ImportCoordinatorTest, ProgressNamesTheFolderAndReachesItsTotal) {
+    std::filesystem::path named;
+    PhotoSources::ImportProgress last;
+    ImportCoordinator::Options options;
+    options.progress = [&](const std::filesystem::path& folder,
+                           const PhotoSources::ImportProgress& progress) {
+        named = folder;
+        last = progress;
+    };
+    const std::vector<std::filesystem::path> folders{folderOfPhotos("trip", 3)};
+    ImportCoordinator::importFolders(m_document, folders, options);
+    EXPECT_EQ(named, m_folder / "trip");
+    EXPECT_EQ(last, (PhotoSources::ImportProgress{3, 3}));
+}
+
+TEST_F(ImportCoordinatorTest, InterruptedItThrowsAndTheInterruptedFolderAddsNothing) {
+    std::stop_source stop;
+    ImportCoordinator::Options options;
+    options.stop = stop.get_token();
+    stop.request_stop();
+    const std::vector<std::filesystem::path> folders{folderOfPhotos("trip", 3)};
+    EXPECT_THROW(ImportCoordinator::importFolders(m_document, folders, options), Foundation::Cancelled);
+    EXPECT_EQ(project(), Project::empty());
+}
