@@ -1,10 +1,12 @@
+#include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/AnalysisController.h>
-#include <Support/TestPhotos.h>
 
+#include <Support/TestPhotos.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <latch>
 #include <stdexcept>
 
 namespace {
@@ -115,73 +117,122 @@ TEST(AnalysisControllerTest, SortsByTimeAgainUnlessTheOrderIsTheUsers) {
     EXPECT_EQ(byHand.photos[0].id, TestPhotos::uuid(1));
 }
 
-TEST(AnalysisControllerTest, ARunEndsWithItsIssuesInTheProject) {
+/// A controller on a queue that this thread owns.
+class AnalysisRunTest : public testing::Test {
+protected:
+    AnalysisController controllerFor(AnalysisController::Analyze analyze) {
+        return {queue.executor(), std::move(analyze), [this] { ++changes; }};
+    }
+    void runUntilIdle(const AnalysisController& controller) {
+        queue.runUntil([&] { return !controller.state().isRunning; });
+    }
+    /// Reports once, then works until it is stopped.
+    AnalysisController::Analyze untilStopped(std::latch& begun) {
+        return [&begun](Project project, const AppSettings&, const AnalysisController::Progress& progress,
+                        const std::stop_token& stop) {
+            std::latch stopped{1};
+            const std::stop_callback wake{stop, [&] { stopped.count_down(); }};
+            progress({PipelineProgress::Stage::clustering, 1, 2});
+            begun.count_down();
+            stopped.wait();
+            project.photos[1].location = rome;
+            return project;
+        };
+    }
+
+    Jobs::ActionQueue queue;
     ProjectDocument document{threePhotos()};
-    AnalysisController controller{
-        {}, {}, yields([](Project& project) { project.photos[1].location = rome; })};
+    int changes = 0;
+};
+
+TEST_F(AnalysisRunTest, EndsWithItsIssuesInTheProject) {
+    AnalysisController controller =
+        controllerFor(yields([](Project& project) { project.photos[1].location = rome; }));
     controller.run(document, {});
-    controller.wait();
-    EXPECT_FALSE(controller.state().isRunning);
+    runUntilIdle(controller);
     EXPECT_FALSE(controller.state().progressText);
     EXPECT_EQ(document.project().photos[1].location, rome);
     EXPECT_THAT(controller.state().issues, testing::ElementsAre("1 photo has no GPS location data."));
     EXPECT_FALSE(controller.state().canRetry);
 }
 
-TEST(AnalysisControllerTest, CancellingDropsTheResultAndLateReports) {
-    ProjectDocument document{threePhotos()};
-    const Project before = document.project();
-    std::vector<std::function<void()>> posted;
-    std::atomic<bool> isReported = false;
-    AnalysisController controller{{},
-                                  [&](std::function<void()> action) { posted.push_back(std::move(action)); },
-                                  [&](Project project, const AppSettings&,
-                                      const AnalysisController::Progress& progress,
-                                      const std::stop_token& stop) {
-                                      progress({PipelineProgress::Stage::clustering, 1, 2});
-                                      isReported = true;
-                                      isReported.notify_all();
-                                      while (!stop.stop_requested())
-                                          std::this_thread::yield();
-                                      project.photos[1].location = rome;
-                                      return project;
-                                  }};
+TEST_F(AnalysisRunTest, ShowsHowFarItHasCome) {
+    std::latch begun{1};
+    AnalysisController controller = controllerFor(untilStopped(begun));
     controller.run(document, {});
     EXPECT_EQ(controller.state().progressText, "Starting…");
-    isReported.wait(false);
+    begun.wait();
+    queue.runPending();
+    EXPECT_EQ(controller.state().progressText, "Finding duplicates… 1/2");
+}
+
+TEST_F(AnalysisRunTest, CancellingIsIdleAtOnceTellsTheListenerAndDropsTheResultAndLateReports) {
+    std::latch begun{1};
+    const Project before = document.project();
+    AnalysisController controller = controllerFor(untilStopped(begun));
+    controller.run(document, {});
+    begun.wait();
+    const int changesBefore = changes;
     controller.cancel();
+    EXPECT_EQ(changes, changesBefore + 1);
     EXPECT_FALSE(controller.state().isRunning);
+    EXPECT_TRUE(controller.state().wasCancelled);
     EXPECT_FALSE(controller.state().progressText);
-    controller.wait();
-    for (const std::function<void()>& action : posted)
-        action();
-    EXPECT_FALSE(controller.state().progressText);
+    queue.runPending();
+    EXPECT_FALSE(controller.state().progressText) << "the report was late";
     EXPECT_TRUE(controller.state().issues.empty());
     EXPECT_FALSE(controller.state().canRetry);
     EXPECT_EQ(document.project(), before);
 }
 
-TEST(AnalysisControllerTest, RunningTwiceQuicklyStartsOneRun) {
-    ProjectDocument document{threePhotos()};
+TEST_F(AnalysisRunTest, ARunBegunRightAfterACancelledOneIsItsOwn) {
+    std::latch begun{1};
+    int runs = 0;
+    AnalysisController controller =
+        controllerFor([&, slow = untilStopped(begun)](const Project& project, const AppSettings& settings,
+                                                      const AnalysisController::Progress& progress,
+                                                      const std::stop_token& stop) {
+            return runs++ == 0 ? slow(project, settings, progress, stop) : project;
+        });
+    controller.run(document, {});
+    begun.wait();
+    controller.cancel();
+    controller.run(document, {});
+    EXPECT_TRUE(controller.state().isRunning);
+    runUntilIdle(controller);
+    EXPECT_FALSE(controller.state().wasCancelled);
+    EXPECT_EQ(controller.state().issues.size(), 2U);
+    EXPECT_FALSE(document.project().photos[1].location) << "the first run's result";
+}
+
+TEST_F(AnalysisRunTest, AControllerThatIsGoneHearsNothingMore) {
+    std::latch begun{1};
+    const Project before = document.project();
+    {
+        AnalysisController controller = controllerFor(untilStopped(begun));
+        controller.run(document, {});
+        begun.wait();
+    }
+    queue.runPending();
+    EXPECT_EQ(document.project(), before);
+}
+
+TEST_F(AnalysisRunTest, RunningTwiceQuicklyStartsOneRun) {
     std::atomic<int> runs = 0;
-    std::vector<std::function<void()>> posted;
-    AnalysisController controller{{},
-                                  [&](std::function<void()> action) { posted.push_back(std::move(action)); },
-                                  yields([&](Project&) { ++runs; })};
+    AnalysisController controller = controllerFor(yields([&](Project&) { ++runs; }));
     controller.run(document, {});
     controller.run(document, {});
-    controller.wait();
+    runUntilIdle(controller);
+    queue.runPending();
     EXPECT_EQ(runs, 1);
 }
 
-TEST(AnalysisControllerTest, SaysWhyARunCouldNotBegin) {
-    ProjectDocument document{threePhotos()};
-    AnalysisController controller{
-        {}, {}, yields([](Project&) { throw std::runtime_error("The file x is damaged."); })};
+TEST_F(AnalysisRunTest, SaysWhyARunCouldNotBegin) {
+    AnalysisController controller =
+        controllerFor(yields([](Project&) { throw std::runtime_error("The file x is damaged."); }));
     controller.run(document, {});
-    controller.wait();
+    runUntilIdle(controller);
     EXPECT_EQ(controller.state().errorText, "The file x is damaged.");
-    EXPECT_FALSE(controller.state().isRunning);
     EXPECT_EQ(document.project(), threePhotos());
 }
 

@@ -1,12 +1,17 @@
 #include <Captioning/URLSessionTransport.h>
+#include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/CaptionController.h>
-#include <Support/TestPhotos.h>
 
 #include <Support/LoopbackServer.h>
+#include <Support/TestPhotos.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <latch>
+#include <new>
 #include <set>
+#include <thread>
 
 namespace {
 
@@ -51,19 +56,23 @@ protected:
     /// Runs a batch to its end; the texts that were shown on the way are in `shown`.
     CaptionController::State run(ProjectDocument& document, AIProvider provider = AIProvider::ollama) {
         CaptionController* running = nullptr;
-        CaptionController controller{environment(), [&] {
+        CaptionController controller{queue.executor(), environment(), [&] {
                                          if (running->state().progressText)
                                              shown.push_back(*running->state().progressText);
                                      }};
         running = &controller;
         controller.run(document, provider);
-        controller.wait();
+        runUntilIdle(controller);
         return controller.state();
+    }
+    void runUntilIdle(const CaptionController& controller) {
+        queue.runUntil([&] { return !controller.state().isRunning; });
     }
 
     std::function<LoopbackServer::Answer(const LoopbackServer::Request&)> answer =
         [](const LoopbackServer::Request&) { return LoopbackServer::ok(goodAnswer); };
     LoopbackServer server;
+    Jobs::ActionQueue queue;
     AppSettings settings;
     std::string key;
     std::set<std::string> unloadable;
@@ -137,13 +146,13 @@ TEST_F(CaptionControllerTest, DescribesEachFailureInWords) {
 TEST_F(CaptionControllerTest, BatchLeavesATypedCaptionAndRegenerateReplacesIt) {
     ProjectDocument open = document(1);
     const Foundation::Uuid id = open.project().photos[0].id;
-    open.edit([&](ProjectModel::Project& project) { project.userSetCaption("mine", id); });
+    open.edit("Edit", [&](ProjectModel::Project& project) { project.userSetCaption("mine", id); });
     run(open);
     EXPECT_EQ(open.project().photos[0].caption, "mine");
 
-    CaptionController controller{environment()};
+    CaptionController controller{queue.executor(), environment()};
     controller.regenerate(id, open, AIProvider::ollama);
-    controller.wait();
+    runUntilIdle(controller);
     EXPECT_EQ(open.project().photos[0].caption, "A caption.");
     EXPECT_EQ(open.project().photos[0].captionProvenance, Provenance::generated);
 }
@@ -151,77 +160,117 @@ TEST_F(CaptionControllerTest, BatchLeavesATypedCaptionAndRegenerateReplacesIt) {
 TEST_F(CaptionControllerTest, RegeneratesAPhotoThatIsNotSelected) {
     ProjectDocument open = document(1);
     const Foundation::Uuid id = open.project().photos[0].id;
-    open.edit([&](ProjectModel::Project& project) { project.userSetSelection(false, id); });
-    CaptionController controller{environment()};
+    open.edit("Edit", [&](ProjectModel::Project& project) { project.userSetSelection(false, id); });
+    CaptionController controller{queue.executor(), environment()};
     controller.regenerate(id, open, AIProvider::ollama);
-    controller.wait();
+    runUntilIdle(controller);
     EXPECT_EQ(open.project().photos[0].caption, "A caption.");
 }
 
 TEST_F(CaptionControllerTest, SaysWhenTheOnePhotoCannotBeLoaded) {
     ProjectDocument open = document(1);
     unloadable.insert("1.jpg");
-    CaptionController controller{environment()};
+    CaptionController controller{queue.executor(), environment()};
     controller.regenerate(open.project().photos[0].id, open, AIProvider::ollama);
-    controller.wait();
+    runUntilIdle(controller);
     EXPECT_EQ(controller.state().errorText, "Couldn’t caption that photo — its image couldn’t be loaded.");
 }
 
 TEST_F(CaptionControllerTest, IgnoresAnUnknownPhoto) {
     ProjectDocument open = document(1);
-    CaptionController controller{environment()};
+    CaptionController controller{queue.executor(), environment()};
     controller.regenerate(Foundation::Uuid::random(), open, AIProvider::ollama);
-    controller.wait();
+    runUntilIdle(controller);
     EXPECT_FALSE(controller.state().run);
     EXPECT_TRUE(server.requests().empty());
 }
 
 TEST_F(CaptionControllerTest, IgnoresASecondRunWhileOneIsRunning) {
-    answer = [](const LoopbackServer::Request&) {
-        LoopbackServer::Answer slow = LoopbackServer::ok(goodAnswer);
-        slow.delay = std::chrono::milliseconds{100};
-        return slow;
-    };
     ProjectDocument open = document(1);
-    // Reports wait for the end, as they would for a window's event loop.
-    std::vector<std::function<void()>> posted;
-    CaptionController controller{
-        environment(), {}, [&](std::function<void()> action) { posted.push_back(std::move(action)); }};
+    // Nothing is carried over before the queue runs, so that the first run has not ended here.
+    CaptionController controller{queue.executor(), environment()};
     controller.run(open, AIProvider::ollama);
     controller.run(open, AIProvider::ollama);
     controller.regenerate(open.project().photos[0].id, open, AIProvider::ollama);
-    controller.wait();
+    runUntilIdle(controller);
+    queue.runPending();
     EXPECT_EQ(server.requests().size(), 1U);
-    for (const std::function<void()>& action : posted)
-        action();
 }
 
-TEST_F(CaptionControllerTest, CancellingKeepsWhatArrivedAndSaysNothing) {
+TEST_F(CaptionControllerTest, CancellingTellsTheListenerAtOnceKeepsWhatArrivedAndSaysNothing) {
     ProjectDocument open = document(5);
     CaptionController* running = nullptr;
-    CaptionController controller{environment(), [&] {
-                                     if (running->state().progress == Captioning::CaptionProgress{2, 5})
-                                         running->cancel();
+    bool wasToldOfStopping = false;
+    CaptionController controller{queue.executor(), environment(), [&] {
+                                     wasToldOfStopping = wasToldOfStopping || running->state().isStopping;
                                  }};
     running = &controller;
+    // The third request is answered only when the run was asked to stop.
+    std::latch third{1};
+    std::latch stopped{1};
+    answer = [&, count = std::make_shared<std::atomic<int>>(0)](const LoopbackServer::Request&) {
+        if (++*count == 3) {
+            third.count_down();
+            stopped.wait();
+        }
+        return LoopbackServer::ok(goodAnswer);
+    };
     controller.run(open, AIProvider::ollama);
-    controller.wait();
+    third.wait();
+    controller.cancel();
+    EXPECT_TRUE(wasToldOfStopping);
+    EXPECT_TRUE(controller.state().isRunning);
+    stopped.count_down();
+    runUntilIdle(controller);
+    EXPECT_FALSE(controller.state().isStopping);
     EXPECT_TRUE(controller.state().run.value().cancelled);
     EXPECT_FALSE(controller.state().errorText);
     EXPECT_EQ(open.project().photos[0].caption, "A caption.");
     EXPECT_EQ(open.project().photos[1].caption, "A caption.");
-    EXPECT_FALSE(open.project().photos[2].caption);
+    EXPECT_FALSE(open.project().photos[3].caption);
+}
+
+TEST_F(CaptionControllerTest, AsksForSettingsAndKeyOnTheWorkersThread) {
+    ProjectDocument open = document(1);
+    const std::thread::id owner = std::this_thread::get_id();
+    std::vector<std::thread::id> askedOn;
+    CaptionEnvironment asked = environment();
+    asked.settings = [&] {
+        askedOn.push_back(std::this_thread::get_id());
+        return settings;
+    };
+    asked.openRouterKey = [&] {
+        askedOn.push_back(std::this_thread::get_id());
+        return key;
+    };
+    CaptionController controller{queue.executor(), asked};
+    controller.run(open, AIProvider::openRouter);
+    runUntilIdle(controller);
+    EXPECT_THAT(askedOn, testing::SizeIs(2));
+    EXPECT_THAT(askedOn, testing::Each(testing::Ne(owner)));
+}
+
+TEST_F(CaptionControllerTest, WhatTheWorkThrowsIsToldAndEndsTheRunAlone) {
+    ProjectDocument open = document(1);
+    CaptionEnvironment broken = environment();
+    broken.image = [](const ProjectModel::PhotoRef&) -> std::optional<Foundation::Image> {
+        throw std::bad_alloc{};
+    };
+    CaptionController controller{queue.executor(), broken};
+    controller.run(open, AIProvider::ollama);
+    runUntilIdle(controller);
+    EXPECT_EQ(controller.state().errorText, "There is not enough memory.");
 }
 
 TEST_F(CaptionControllerTest, PrefersTheProjectsGuidanceToTheUsers) {
-    ProjectDocument open = document(1);
+    ProjectModel::ProjectSettings own;
     settings.captionPrompt = "The user's.";
-    EXPECT_EQ(CaptionController::guidance(open.project(), settings), "The user's.");
-    open.edit([](ProjectModel::Project& project) { project.settings.captionPrompt = ""; });
-    EXPECT_EQ(CaptionController::guidance(open.project(), settings), "");
+    EXPECT_EQ(CaptionController::guidance(own, settings), "The user's.");
+    own.captionPrompt = "";
+    EXPECT_EQ(CaptionController::guidance(own, settings), "");
     settings.captionPrompt.reset();
-    open.edit([](ProjectModel::Project& project) { project.settings.captionPrompt.reset(); });
-    EXPECT_EQ(CaptionController::guidance(open.project(), settings), std::nullopt);
+    own.captionPrompt.reset();
+    EXPECT_EQ(CaptionController::guidance(own, settings), std::nullopt);
 }
 
 TEST_F(CaptionControllerTest, FallsBackToTheLocalServerWhereTheAddressIsNone) {

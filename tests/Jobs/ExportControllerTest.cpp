@@ -1,22 +1,20 @@
 #include <Export/ExportError.h>
 #include <Foundation/TemporaryFolder.h>
+#include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/ExportController.h>
-#include <Support/TestPhotos.h>
 
+#include <Support/TestPhotos.h>
 #include <gtest/gtest.h>
 
-#include <QGuiApplication>
 #include <algorithm>
 #include <atomic>
 #include <memory>
-#include <mutex>
-#include <queue>
 #include <string>
 #include <vector>
 
 using Foundation::Testing::TemporaryFolder;
-using ProjectModel::Project;
 using Jobs::ExportController;
+using ProjectModel::Project;
 
 namespace {
 
@@ -51,21 +49,6 @@ Timeline::EffectiveSettings quick() {
     return settings;
 }
 
-/// Laying out text needs an application, which there is at most one of.
-class GuiApplication {
-public:
-    GuiApplication() {
-        if (!QGuiApplication::instance())
-            m_application = std::make_unique<QGuiApplication>(m_count, m_arguments);
-    }
-
-private:
-    char m_name[6] = "tests";
-    char* m_arguments[2] = {m_name, nullptr};
-    int m_count = 1;
-    std::unique_ptr<QGuiApplication> m_application;
-};
-
 class ExportControllerTest : public testing::Test {
 protected:
     ExportController::FrameSourceFactory factory() {
@@ -78,6 +61,11 @@ protected:
         };
     }
 
+    void runUntilIdle(const ExportController& controller) {
+        queue.runUntil([&] { return !controller.state().isExporting; });
+    }
+
+    Jobs::ActionQueue queue;
     TemporaryFolder m_folder;
     std::filesystem::path m_movie = m_folder / "Slideshow.mov";
     std::set<Foundation::Uuid> m_failed;
@@ -88,9 +76,9 @@ protected:
 } // namespace
 
 TEST_F(ExportControllerTest, ASuccessfulExportEndsWithSavedAndTheMovie) {
-    ExportController controller{{}, {}, factory()};
-    controller.exportProject(projectOf(2), quick(), {}, m_movie);
-    controller.wait();
+    ExportController controller{queue.executor(), factory()};
+    controller.exportMovie(projectOf(2), quick(), {}, m_movie);
+    runUntilIdle(controller);
     const ExportController::State& state = controller.state();
     EXPECT_FALSE(state.isExporting);
     EXPECT_EQ(state.stageText, "Saved");
@@ -109,13 +97,14 @@ TEST_F(ExportControllerTest, CancellingShowsExportCancelledAndNoSaved) {
         hasBegun.notify_all();
         mayGoOn.wait(false);
     };
-    ExportController controller{{}, {}, factory()};
-    controller.exportProject(projectOf(3), quick(), {}, m_movie);
+    ExportController controller{queue.executor(), factory()};
+    controller.exportMovie(projectOf(3), quick(), {}, m_movie);
     hasBegun.wait(false);
     controller.cancel();
+    EXPECT_TRUE(controller.state().isStopping);
     mayGoOn = true;
     mayGoOn.notify_all();
-    controller.wait();
+    runUntilIdle(controller);
     const ExportController::State& state = controller.state();
     EXPECT_FALSE(state.isExporting);
     EXPECT_EQ(state.errorText, "Export cancelled.");
@@ -126,13 +115,12 @@ TEST_F(ExportControllerTest, CancellingShowsExportCancelledAndNoSaved) {
 }
 
 TEST_F(ExportControllerTest, WithTwoMissingPhotosItShowsSavedAndTheSentenceInThePlural) {
-    const GuiApplication application;
-    ExportController controller;
-    // The real frames, from files that are not there.
-    controller.exportProject(projectOf(2), quick(), {}, m_movie);
-    controller.wait();
+    m_failed = {TestPhotos::uuid(1), TestPhotos::uuid(2)};
+    ExportController controller{queue.executor(), factory()};
+    controller.exportMovie(projectOf(2), quick(), {}, m_movie);
+    runUntilIdle(controller);
     EXPECT_EQ(controller.state().stageText, "Saved");
-    EXPECT_EQ(controller.state().failedPhotoCount(), 2U);
+    EXPECT_EQ(controller.state().failedPhotoIDs, m_failed);
     EXPECT_EQ(ExportController::failedPhotosSentence(controller.state().failedPhotoCount()),
               "2 photos couldn't be loaded and appear black in the video.");
 }
@@ -146,9 +134,9 @@ TEST_F(ExportControllerTest, TheSentenceIsInTheSingularForOnePhotoAndAbsentForNo
 TEST_F(ExportControllerTest, AProjectWithoutSelectedPhotosFailsWithTheDescriptionOfNoFrames) {
     Project project = projectOf(1);
     project.photos[0].isSelected = false;
-    ExportController controller{{}, {}, factory()};
-    controller.exportProject(project, quick(), {}, m_movie);
-    controller.wait();
+    ExportController controller{queue.executor(), factory()};
+    controller.exportMovie(project, quick(), {}, m_movie);
+    runUntilIdle(controller);
     EXPECT_EQ(controller.state().errorText,
               std::string{"Export failed: "} +
                   Export::ExportError{Export::ExportError::Kind::noFrames}.what());
@@ -158,9 +146,9 @@ TEST_F(ExportControllerTest, AProjectWithoutSelectedPhotosFailsWithTheDescriptio
 }
 
 TEST_F(ExportControllerTest, PhotosAreDecodedToTheBoundOfTheResolution) {
-    ExportController controller{{}, {}, factory()};
-    controller.exportProject(projectOf(1), quick(), {Export::ExportResolution::p1080, {}}, m_movie);
-    controller.wait();
+    ExportController controller{queue.executor(), factory()};
+    controller.exportMovie(projectOf(1), quick(), {Export::ExportResolution::p1080, {}}, m_movie);
+    runUntilIdle(controller);
     EXPECT_EQ(m_maxPixel, 1920);
     EXPECT_EQ(ExportController::decodingBound(3840), 3840);
     EXPECT_EQ(ExportController::decodingBound(1920), 1920);
@@ -168,42 +156,40 @@ TEST_F(ExportControllerTest, PhotosAreDecodedToTheBoundOfTheResolution) {
 }
 
 TEST_F(ExportControllerTest, ReportsComeThroughTheExecutorInOrder) {
-    std::mutex mutex;
-    std::queue<std::function<void()>> tasks;
     std::vector<double> fractions;
     std::vector<std::string> stages;
     ExportController* watched = nullptr;
-    ExportController controller{[&] {
+    ExportController controller{queue.executor(), factory(), [&] {
                                     fractions.push_back(watched->state().progress);
                                     stages.push_back(watched->state().stageText);
-                                },
-                                [&](std::function<void()> task) {
-                                    const std::lock_guard lock{mutex};
-                                    tasks.push(std::move(task));
-                                },
-                                factory()};
+                                }};
     watched = &controller;
-    controller.exportProject(projectOf(2), quick(), {}, m_movie);
+    controller.exportMovie(projectOf(2), quick(), {}, m_movie);
     EXPECT_TRUE(controller.state().isExporting);
     EXPECT_EQ(controller.state().stageText, "Preparing…");
-    controller.wait();
-    EXPECT_TRUE(controller.state().isExporting) << "nothing has been carried over yet";
-    for (; !tasks.empty(); tasks.pop())
-        tasks.front()();
-    EXPECT_FALSE(controller.state().isExporting);
+    runUntilIdle(controller);
     EXPECT_TRUE(std::is_sorted(fractions.begin(), fractions.end()));
     EXPECT_EQ(stages.front(), "Preparing…");
     EXPECT_NE(std::find(stages.begin(), stages.end(), "Rendering video"), stages.end());
     EXPECT_EQ(stages.back(), "Saved");
 }
 
+TEST_F(ExportControllerTest, ASecondExportWhileOneRunsIsIgnored) {
+    ExportController controller{queue.executor(), factory()};
+    controller.exportMovie(projectOf(1), quick(), {}, m_movie);
+    controller.exportMovie(projectOf(1), quick(), {}, m_folder / "Second.mov");
+    runUntilIdle(controller);
+    EXPECT_EQ(controller.state().savedPath, m_movie);
+    EXPECT_FALSE(std::filesystem::exists(m_folder / "Second.mov"));
+}
+
 TEST_F(ExportControllerTest, AnExportAfterAFailedOneStartsAfresh) {
-    ExportController controller{{}, {}, factory()};
-    controller.exportProject(Project::empty(), quick(), {}, m_movie);
-    controller.wait();
+    ExportController controller{queue.executor(), factory()};
+    controller.exportMovie(Project::empty(), quick(), {}, m_movie);
+    runUntilIdle(controller);
     ASSERT_TRUE(controller.state().errorText);
-    controller.exportProject(projectOf(1), quick(), {}, m_movie);
-    controller.wait();
+    controller.exportMovie(projectOf(1), quick(), {}, m_movie);
+    runUntilIdle(controller);
     EXPECT_EQ(controller.state().errorText, std::nullopt);
     EXPECT_EQ(controller.state().savedPath, m_movie);
 }

@@ -1,27 +1,53 @@
 #include <Foundation/AtomicFile.h>
-#include <Foundation/Cancellation.h>
+#include <Foundation/Bookmark.h>
 #include <Foundation/TemporaryFolder.h>
+#include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/ImportCoordinator.h>
-#include <Support/TestPhotos.h>
 
+#include <Support/TestPhotos.h>
 #include <gtest/gtest.h>
 
+#include <latch>
+#include <memory>
 #include <vector>
 
+using Document::ProjectDocument;
 using Foundation::Testing::TemporaryFolder;
+using Jobs::ImportCoordinator;
+using Jobs::ImportOutcome;
 using ProjectModel::FolderSourceRef;
 using ProjectModel::PhotoItem;
 using ProjectModel::Project;
-using Jobs::ImportOutcome;
-using Document::ProjectDocument;
-namespace ImportCoordinator = Jobs::ImportCoordinator;
 
 namespace {
 
 class ImportCoordinatorTest : public testing::Test {
 protected:
     ImportOutcome import(const std::vector<std::filesystem::path>& folders) {
-        return ImportCoordinator::importFolders(m_document, folders);
+        ImportCoordinator coordinator{queue.executor(), environment()};
+        coordinator.importFolders(m_document, folders);
+        runUntilIdle(coordinator);
+        return coordinator.state().outcome;
+    }
+    void runUntilIdle(const ImportCoordinator& coordinator) {
+        queue.runUntil([&] { return !coordinator.state().isRunning; });
+    }
+    /// The folders on this disk.
+    static Jobs::ImportEnvironment environment() {
+        return {
+            .newID = Foundation::Uuid::random,
+            .bookmarkOfFolder =
+                [](const std::filesystem::path& folder) {
+                    return std::filesystem::is_directory(folder) ? Foundation::makeBookmark(folder)
+                                                                 : std::nullopt;
+                },
+            .photosInFolder = PhotoSources::FolderImporter::importPhotos,
+            .identityKeys =
+                [resolver = std::make_shared<Foundation::BookmarkResolver>()](
+                    std::span<const PhotoItem> photos, const std::stop_token&) {
+                    return ProjectModel::identityKeys(photos, *resolver);
+                },
+        };
     }
     const Project& project() const { return m_document.project(); }
     std::filesystem::path emptyFolder(std::string_view name) {
@@ -34,6 +60,7 @@ protected:
         return m_folder / name;
     }
 
+    Jobs::ActionQueue queue;
     TemporaryFolder m_folder;
     ProjectDocument m_document;
 };
@@ -90,7 +117,7 @@ TEST_F(ImportCoordinatorTest, PhotosCarryTheirSourceSoThatRemovingItRemovesExact
     import({folderOfPhotos("second", 3)});
     ASSERT_EQ(project().sources.size(), 2U);
     const std::vector<PhotoItem> all = project().photos;
-    m_document.edit([](Project& project) { project.removeSource(project.sources[1].id); });
+    m_document.edit("Remove Source", [](Project& project) { project.removeSource(project.sources[1].id); });
     EXPECT_EQ(project().photos.size(), 2U);
     for (const PhotoItem& photo : project().photos)
         EXPECT_EQ(photo.sourceID, project().sources[0].id);
@@ -150,26 +177,69 @@ TEST_F(ImportCoordinatorTest, AFolderWhoseNameIsNotUtf8IsImportedUnderAReadableO
 }
 
 TEST_F(ImportCoordinatorTest, ProgressNamesTheFolderAndReachesItsTotal) {
-    std::filesystem::path named;
+    ImportCoordinator* watched = nullptr;
+    std::optional<std::string> named;
     PhotoSources::ImportProgress last;
-    ImportCoordinator::Options options;
-    options.progress = [&](const std::filesystem::path& folder,
-                           const PhotoSources::ImportProgress& progress) {
-        named = folder;
-        last = progress;
-    };
-    const std::vector<std::filesystem::path> folders{folderOfPhotos("trip", 3)};
-    ImportCoordinator::importFolders(m_document, folders, options);
-    EXPECT_EQ(named, m_folder / "trip");
+    ImportCoordinator coordinator{queue.executor(), environment(), [&] {
+                                      if (const auto& state = watched->state();
+                                          state.progress && state.isRunning) {
+                                          named = state.progressText;
+                                          last = *state.progress;
+                                      }
+                                  }};
+    watched = &coordinator;
+    coordinator.importFolders(m_document, {folderOfPhotos("trip", 3)});
+    runUntilIdle(coordinator);
+    EXPECT_EQ(named, "Importing trip");
     EXPECT_EQ(last, (PhotoSources::ImportProgress{3, 3}));
+    EXPECT_FALSE(coordinator.state().progressText);
 }
 
-TEST_F(ImportCoordinatorTest, InterruptedItThrowsAndTheInterruptedFolderAddsNothing) {
-    std::stop_source stop;
-    ImportCoordinator::Options options;
-    options.stop = stop.get_token();
-    stop.request_stop();
-    const std::vector<std::filesystem::path> folders{folderOfPhotos("trip", 3)};
-    EXPECT_THROW(ImportCoordinator::importFolders(m_document, folders, options), Foundation::Cancelled);
-    EXPECT_EQ(project(), Project::empty());
+TEST_F(ImportCoordinatorTest, CancelledItKeepsTheFoldersBeforeTheInterruptedOne) {
+    ImportCoordinator* running = nullptr;
+    Jobs::ImportEnvironment slow = environment();
+    std::latch second{1};
+    slow.photosInFolder = [&,
+                           read = slow.photosInFolder](const std::filesystem::path& folder,
+                                                       const PhotoSources::FolderImporter::Options& options) {
+        if (folder.filename() == "second") {
+            std::latch stopped{1};
+            const std::stop_callback wake{options.stop, [&] { stopped.count_down(); }};
+            second.count_down();
+            stopped.wait();
+        }
+        return read(folder, options);
+    };
+    ImportCoordinator coordinator{queue.executor(), slow};
+    running = &coordinator;
+    coordinator.importFolders(m_document, {folderOfPhotos("first", 2), folderOfPhotos("second", 3)});
+    second.wait();
+    running->cancel();
+    EXPECT_TRUE(coordinator.state().isStopping);
+    runUntilIdle(coordinator);
+    EXPECT_TRUE(coordinator.state().wasCancelled);
+    EXPECT_EQ(coordinator.state().outcome.added, 2U);
+    EXPECT_EQ(project().photos.size(), 2U);
+    EXPECT_EQ(project().sources.size(), 1U);
+}
+
+TEST_F(ImportCoordinatorTest, WhatTheUserDoesMeanwhileStays) {
+    const std::filesystem::path trip = folderOfPhotos("trip", 3);
+    import({trip});
+    const std::vector<PhotoItem> known = project().photos;
+    m_document.edit("Remove", [&](Project& project) { project.removePhotos({known[0].id}); });
+    ImportCoordinator coordinator{queue.executor(), environment()};
+    coordinator.importFolders(m_document, {trip});
+    // While the folder is read the removal is taken back.
+    m_document.edit("Undo", [&](Project& project) { project.photos = known; });
+    runUntilIdle(coordinator);
+    EXPECT_EQ(coordinator.state().outcome.added, 0U);
+    EXPECT_EQ(project().photos, known);
+}
+
+TEST_F(ImportCoordinatorTest, SeveralFoldersAreOneStep) {
+    int changes = 0;
+    m_document = ProjectDocument{Project::empty(), [&] { ++changes; }};
+    import({folderOfPhotos("first", 1), folderOfPhotos("second", 1)});
+    EXPECT_EQ(changes, 1);
 }
