@@ -2,7 +2,7 @@
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 find_package(nlohmann_json REQUIRED)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets DBus Svg Multimedia)
 
 pkg_check_modules(vips REQUIRED IMPORTED_TARGET vips)
 pkg_check_modules(libraw REQUIRED IMPORTED_TARGET libraw_r)
@@ -20,5 +20,6 @@ include(RoamlyVision)
 
 if(ROAMLY_BUILD_TESTS)
   find_package(GTest REQUIRED)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Test)
   include(GoogleTest)
 endif()

@@ -2,10 +2,12 @@
 #
 #   roamly_module(Timeline USES ProjectModel LINKS PkgConfig::zimg)
 #
+# WIDGETS marks a module of the window, whose classes have signals.
+#
 # USES names the Roamly modules whose public headers this one may include (they are public: what a
 # module's headers mention, its users see). LINKS names foreign libraries, always private.
 function(roamly_module name)
-  cmake_parse_arguments(arg "" "" "USES;LINKS" ${ARGN})
+  cmake_parse_arguments(arg "WIDGETS" "" "USES;LINKS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   if(NOT sources)
     add_library(${name} INTERFACE)
@@ -17,6 +19,13 @@ function(roamly_module name)
   target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
   target_link_libraries(${name} PUBLIC ${arg_USES} PRIVATE roamly_compiler ${arg_LINKS})
   target_compile_features(${name} PUBLIC cxx_std_20)
+  if(arg_WIDGETS)
+    file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
+    target_sources(${name} PRIVATE ${headers})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    # What the tools of Qt write is not held to the warnings of what is written here.
+    target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
+  endif()
 endfunction()
 
 # The tests of one module: tests/<name>/*.cpp become one GoogleTest program.

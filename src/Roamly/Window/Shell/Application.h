@@ -1,0 +1,8 @@
+#pragma once
+
+namespace Shell {
+
+/// The application with its windows, from start to end. Returns the process's exit status.
+[[nodiscard]] int run(int& argumentCount, char* arguments[]);
+
+} // namespace Shell
