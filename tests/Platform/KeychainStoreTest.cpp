@@ -16,8 +16,6 @@
 namespace {
 
 using namespace Platform;
-using namespace Document;
-using namespace Jobs;
 
 const KeychainStore::LegacyKey noLegacyKey{[] { return std::optional<std::string>{}; }, [] {}};
 
