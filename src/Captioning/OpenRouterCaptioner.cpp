@@ -4,8 +4,8 @@
 #include <Captioning/ImageEncoding.h>
 #include <Captioning/OpenRouterCaptioner.h>
 #include <Foundation/JsonWriter.h>
-
 #include <Http/Url.h>
+
 #include <nlohmann/json.hpp>
 
 #include <utility>

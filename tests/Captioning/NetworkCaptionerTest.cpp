@@ -4,8 +4,8 @@
 #include <Captioning/URLSessionTransport.h>
 #include <Foundation/Bytes.h>
 #include <Foundation/Cancellation.h>
-
 #include <Support/LoopbackServer.h>
+
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 

@@ -12,9 +12,9 @@
 #include <functional>
 #include <vector>
 
+using Document::ProjectStoreError;
 using Foundation::Testing::TemporaryFolder;
 using ProjectModel::Project;
-using Document::ProjectStoreError;
 namespace ProjectStore = Document::ProjectStore;
 
 namespace {

@@ -6,12 +6,12 @@
 
 #include <vector>
 
+using Document::ProjectDocument;
+using Document::ReviewModel;
 using Foundation::Uuid;
 using ProjectModel::PhotoItem;
 using ProjectModel::Project;
 using ProjectModel::Provenance;
-using Document::ProjectDocument;
-using Document::ReviewModel;
 using TestPhotos::item;
 using TestPhotos::uuid;
 

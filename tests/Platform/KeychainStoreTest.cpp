@@ -1,6 +1,5 @@
-#include <Support/PrivateKeyring.h>
-
 #include <Roamly/Platform/KeychainStore.h>
+#include <Support/PrivateKeyring.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -3,9 +3,8 @@
 #include <Captioning/OpenRouterCaptioner.h>
 #include <Foundation/Cancellation.h>
 #include <Foundation/Text.h>
-#include <Roamly/Jobs/CaptionController.h>
-
 #include <Http/Url.h>
+#include <Roamly/Jobs/CaptionController.h>
 
 #include <algorithm>
 #include <exception>
