@@ -193,7 +193,8 @@ void CaptionController::regenerate(const Foundation::Uuid& photoID, Document::Pr
             run.attempted = 1;
             try {
                 if (const std::optional<Foundation::Image> image = environment->image(source))
-                    run.captions[photoID] = generator.caption(*image, tagger.tags(*image), job.stop());
+                    run.captions[photoID] =
+                        generator.caption(*image, Captioning::SceneTags{tagger, *image}, job.stop());
             } catch (const Foundation::Cancelled&) {
                 run.cancelled = true;
             } catch (const CaptionError& error) {
