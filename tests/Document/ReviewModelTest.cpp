@@ -1,17 +1,16 @@
-#include <Foundation/Bookmark.h>
 #include <Roamly/Document/ReviewModel.h>
-#include <Support/TestPhotos.h>
 
+#include <Support/TestPhotos.h>
 #include <gtest/gtest.h>
 
 #include <vector>
 
+using Document::ProjectDocument;
+using Document::ReviewModel;
 using Foundation::Uuid;
 using ProjectModel::PhotoItem;
 using ProjectModel::Project;
 using ProjectModel::Provenance;
-using Document::ProjectDocument;
-using Document::ReviewModel;
 using TestPhotos::item;
 using TestPhotos::uuid;
 
@@ -65,7 +64,7 @@ TEST(ReviewModelTest, WhiteSpaceInsideACaptionStays) {
 TEST(ReviewModelTest, LaterGeneratedCaptionsLeaveTheUsersAlone) {
     ProjectDocument document{projectOf(1)};
     ReviewModel{document}.setCaption("mine", uuid(1));
-    document.edit([](Project& project) { project.applyGeneratedCaption("generated", uuid(1)); });
+    document.edit("Generate", [](Project& project) { project.applyGeneratedCaption("generated", uuid(1)); });
     EXPECT_EQ(document.project().photos[0].caption, "mine");
 }
 
@@ -77,8 +76,7 @@ TEST(ReviewModelTest, MovingAPhotoOnceSetsManualOrderAndAFollowingImportKeepsThe
 
     PhotoItem early = item(9, "/photos/9.jpg");
     early.captureDate = Foundation::makeInstant(1999, 1, 1, 0, 0, 0);
-    Foundation::BookmarkResolver resolver;
-    document.edit([&](Project& project) { project.mergeImportedPhotos({early}, resolver); });
+    document.edit("Import", [&](Project& project) { project.mergeImportedPhotos({early}, {}); });
     EXPECT_EQ(order(document.project()), (std::vector{uuid(3), uuid(1), uuid(2), uuid(9)}));
 }
 
@@ -122,23 +120,23 @@ TEST(ReviewModelTest, SelectedCountCountsSelectedPhotosOnly) {
 TEST(ReviewModelTest, NamesOfPlacesAreTrimmedAndBlankOnesAreNone) {
     ProjectDocument document{projectOf(1)};
     ReviewModel review{document};
-    review.setPlace(" Ponta  Delgada\n", "\t\u00A0Portugal ", uuid(1));
+    review.setPlace(" Ponta  Delgada\n", "\t\u00A0Portugal ", {uuid(1)});
     EXPECT_EQ(document.project().photos[0].location,
               (ProjectModel::ResolvedLocation{"Ponta  Delgada", "Portugal", Provenance::user}));
-    review.setPlace(" \n", "Portugal", uuid(1));
+    review.setPlace(" \n", "Portugal", {uuid(1)});
     EXPECT_EQ(document.project().photos[0].location,
               (ProjectModel::ResolvedLocation{std::nullopt, "Portugal", Provenance::user}));
-    review.setPlace("", " ", uuid(1));
+    review.setPlace("", " ", {uuid(1)});
     EXPECT_FALSE(document.project().photos[0].location);
 }
 
 TEST(ReviewModelTest, PlaceIsTheUsersAndIsClearedByNamingNothing) {
     ProjectDocument document{projectOf(1)};
     ReviewModel review{document};
-    review.setPlace("Sintra", std::nullopt, uuid(1));
+    review.setPlace("Sintra", std::nullopt, {uuid(1)});
     EXPECT_EQ(document.project().photos[0].location,
               (ProjectModel::ResolvedLocation{"Sintra", std::nullopt, Provenance::user}));
-    review.setPlace(std::nullopt, std::nullopt, uuid(1));
+    review.setPlace(std::nullopt, std::nullopt, {uuid(1)});
     EXPECT_EQ(document.project().photos[0].location, std::nullopt);
 }
 
