@@ -2,11 +2,11 @@
 
 #include <gtest/gtest.h>
 
-using ProjectModel::AIProvider;
-using ProjectModel::ProjectSettings;
 using Document::AppSettings;
 using Document::effectiveProvider;
 using Document::needsPrivacyConfirmation;
+using ProjectModel::AIProvider;
+using ProjectModel::ProjectSettings;
 
 TEST(CaptionProviderTest, AProjectWithoutItsOwnProviderUsesTheUsersDefault) {
     AppSettings user;

@@ -146,12 +146,35 @@ TEST(ReviewModelTest, RemovesOnlyTheNamedPhotos) {
     EXPECT_EQ(order(document.project()), (std::vector{uuid(1), uuid(3)}));
 }
 
-TEST(ReviewModelTest, EveryChangeIsToldToTheDocumentsListener) {
-    int changes = 0;
-    ProjectDocument document{projectOf(2), [&] { ++changes; }};
+TEST(ReviewModelTest, EveryChangeIsOneStepThatTellsItsName) {
+    ProjectDocument document{projectOf(3)};
     ReviewModel review{document};
+    std::vector<std::string> names;
+    const ProjectDocument::Subscription listening = document.addListener(
+        [&](const Document::ProjectDifference&) { names.push_back(document.undoName().value_or("")); });
     review.toggleSelection(uuid(1));
+    review.setSelection(true, {uuid(1), uuid(2)});
     review.setCaption("x", uuid(1));
     review.movePhotos({1}, 0);
-    EXPECT_EQ(changes, 3);
+    review.sortByDate();
+    review.setPlace("Sintra", std::nullopt, {uuid(1), uuid(2)});
+    review.setPlace("", "", {uuid(1)});
+    review.removePhotos({uuid(1), uuid(3)});
+    EXPECT_EQ(names, (std::vector<std::string>{"Leave Out 1 Photo", "Select 2 Photos", "Edit Caption",
+                                               "Move 1 Photo", "Sort by Date", "Set Place", "Clear Place",
+                                               "Remove 2 Photos"}));
+}
+
+TEST(ReviewModelTest, TypingInOneCaptionIsOneStepAndInAnotherTheNext) {
+    const Project before = projectOf(2);
+    ProjectDocument document{before};
+    ReviewModel review{document};
+    for (const char* text : {"S", "Si", "Sin"})
+        review.setCaption(text, uuid(1));
+    review.setCaption("B", uuid(2));
+    document.undo();
+    EXPECT_EQ(document.project().photos[0].caption, "Sin");
+    document.undo();
+    EXPECT_EQ(document.project(), before);
+    EXPECT_FALSE(document.canUndo());
 }
