@@ -7,7 +7,7 @@
 #include <Roamly/CommandLine/JsonForms.h>
 #include <Roamly/CommandLine/Music.h>
 #include <Roamly/CommandLine/OutputFile.h>
-#include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/CommandLine/ProjectOpening.h>
 #include <Roamly/Document/ProjectStore.h>
 #include <Roamly/Platform/SettingsStore.h>
 
@@ -51,9 +51,9 @@ Prepared prepare(const Wishes& wishes, const Invocation& invocation) {
     const std::optional<std::string>& projectFile = wishes.projectFile;
     std::error_code ignored;
     if (projectFile && std::filesystem::exists(*projectFile, ignored)) {
-        ProjectSession session{*projectFile, ProjectSession::Work::Long, invocation};
+        Document::DocumentSession session = openForLongWork(*projectFile, invocation);
         Jobs::ImportOutcome outcome = fillProject(session.document(), wishes, invocation);
-        session.save();
+        session.saveMerged(waitFor(invocation));
         return {session.project(), std::move(outcome)};
     }
     Document::ProjectDocument document;
