@@ -1,6 +1,7 @@
 #include <Roamly/Platform/KeychainStore.h>
 #include <Support/PrivateKeyring.h>
 
+#include <Support/PrivateKeyring.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
