@@ -101,16 +101,18 @@ void AnalysisPipeline::locate(ProjectModel::Project& project, const PipelineProg
         total += cell.photos.size();
 
     std::size_t completed = 0;
+    std::vector<ProjectModel::ProposedLocation> proposals;
     for (const Cell& cell : cells) {
         if (stop.stop_requested())
-            return;
+            break;
         if (const auto location = m_resolver.resolve(cell.coordinate, stop)) {
             for (const Uuid& photo : cell.photos)
-                project.applyProposedLocation(*location, photo);
+                proposals.push_back({photo, *location});
         }
         completed += cell.photos.size();
         report(progress, PipelineProgress::Stage::geocoding, completed, total);
     }
+    project.applyProposedLocations(proposals);
 }
 
 double AnalysisPipeline::score(const Image& image) {
@@ -201,19 +203,16 @@ void AnalysisPipeline::clusterAndScore(ProjectModel::Project& project,
         return;
 
     const ClusterSelection selection = BestShotSelector::selection(clusters, scores);
-    std::vector<Uuid> ids;
-    ids.reserve(photos.size());
-    for (const PhotoItem& photo : photos)
-        ids.push_back(photo.id);
-    for (const Uuid& id : ids) {
-        const auto cluster = clusterOf(clusters, id);
+    std::vector<ProjectModel::ProposedSelection> proposals;
+    for (const PhotoItem& photo : photos) {
+        const auto cluster = clusterOf(clusters, photo.id);
         if (!cluster)
             continue;
-        const auto score = scores.find(id);
-        project.applyProposedSelection(selection.keep.contains(id), cluster,
-                                       score == scores.end() ? std::nullopt : std::optional(score->second),
-                                       id);
+        const auto score = scores.find(photo.id);
+        proposals.push_back({photo.id, selection.keep.contains(photo.id), cluster,
+                             score == scores.end() ? std::nullopt : std::optional(score->second)});
     }
+    project.applyProposedSelections(proposals);
 }
 
 } // namespace Analysis
