@@ -55,6 +55,8 @@ Prepared prepare(const Wishes& wishes, const Invocation& invocation) {
         Document::DocumentSession session = openForLongWork(*projectFile, invocation);
         Jobs::ImportOutcome outcome = fillProject(session.document(), wishes, invocation);
         session.saveMerged(waitFor(invocation));
+        // Photos that somebody else added meanwhile are in the project now.
+        OutputFile::checkIsNoInput(wishes.output, *projectFile, session.project());
         return {session.project(), std::move(outcome)};
     }
     Document::ProjectDocument document;
