@@ -1,9 +1,9 @@
+#include <ProjectModel/Words.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/SettingsHelp.h>
 #include <Roamly/CommandLine/Suggestion.h>
 #include <Roamly/CommandLine/Values.h>
-#include <Roamly/Document/CaptionProvider.h>
 #include <Roamly/Document/SettingsTable.h>
 #include <Roamly/Platform/SettingsStore.h>
 
@@ -58,7 +58,7 @@ int run(const Invocation& invocation) {
             throw UsageError(Document::noValueSentence(setting, words[0], text));
         invocation.console.say("Saved.");
         if (words[0] == "defaultAIProvider" && sendsPhotosToCloud(store.load().defaultAIProvider))
-            invocation.console.warn(std::string{Document::providersNote});
+            invocation.console.warn(ProjectModel::Words::providersNote);
     }
     invocation.console.report([](JsonWriter& json) { json.beginObject().endObject(); });
     return ExitStatus::done;
