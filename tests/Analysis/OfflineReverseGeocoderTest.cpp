@@ -1,5 +1,5 @@
 #include "KnownPlaces.h"
-#include "TemporaryFolder.h"
+#include <Support/TemporaryFolder.h>
 
 #include <Analysis/OfflineReverseGeocoder.h>
 #include <Foundation/AtomicFile.h>

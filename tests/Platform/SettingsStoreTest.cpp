@@ -1,5 +1,5 @@
 #include <Foundation/AtomicFile.h>
-#include <Foundation/TemporaryFolder.h>
+#include <Support/TemporaryFolder.h>
 #include <Roamly/Platform/SettingsStore.h>
 
 #include <gtest/gtest.h>
@@ -10,7 +10,6 @@
 #include <string>
 #include <vector>
 
-using Foundation::Testing::TemporaryFolder;
 using Document::AppSettings;
 using Platform::findSettingKey;
 using Platform::SettingKey;
