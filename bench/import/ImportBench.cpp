@@ -2,7 +2,9 @@
 // print the same six tags in one process. Both run as children, in turn, with the files in the page cache;
 // the best of the rounds counts. Usage: bench-import [number of files] [rounds]
 
+#include <Support/TemporaryFolder.h>
 #include <PhotoSources/FolderImporter.h>
+#include <PhotoSources/ProcessSetup.h>
 #include <PhotoSources/SampleFiles.h>
 
 #include <fcntl.h>
@@ -93,6 +95,7 @@ Cost measured(const std::function<int()>& work) {
 
 Cost importing(const fs::path& folder, std::size_t expected) {
     return measured([&] {
+        PhotoSources::prepareMetadata();
         const auto photos = PhotoSources::FolderImporter::importPhotos(folder);
         const bool isComplete =
             photos.size() == expected && std::all_of(photos.begin(), photos.end(), [](const auto& item) {
@@ -144,7 +147,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "Usage: bench-import [number of files] [rounds]\n");
         return 2;
     }
-    const SampleFiles::TemporaryFolder folder;
+    const TemporaryFolder folder;
     std::vector<fs::path> files;
     for (int i = 0; i < count; ++i)
         files.push_back(

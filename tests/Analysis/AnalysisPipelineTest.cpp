@@ -1,5 +1,5 @@
 #include "FakeClock.h"
-#include "TemporaryFolder.h"
+#include <Support/TemporaryFolder.h>
 
 #include <Analysis/AnalysisPipeline.h>
 #include <Analysis/GeocodeCache.h>

@@ -1,4 +1,4 @@
-#include "TemporaryFolder.h"
+#include <Support/TemporaryFolder.h>
 
 #include <Analysis/GeocodeCache.h>
 #include <Foundation/AtomicFile.h>

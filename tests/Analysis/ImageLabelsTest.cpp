@@ -1,4 +1,4 @@
-#include "TemporaryFolder.h"
+#include <Support/TemporaryFolder.h>
 #include "VisionFiles.h"
 
 #include <Analysis/NetworkFile.h>

@@ -1,5 +1,5 @@
 #include <Foundation/AtomicFile.h>
-#include <Foundation/TemporaryFolder.h>
+#include <Support/TemporaryFolder.h>
 #include <Roamly/CommandLine/BashCompletion.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Help.h>
@@ -170,7 +170,7 @@ TEST(HelpTest, TheManualPageKnowsEveryCommandAndOption) {
 }
 
 TEST(HelpTest, TheShellCompletesCommandsOptionsAndTheirWords) {
-    const Foundation::Testing::TemporaryFolder folder;
+    const TemporaryFolder folder;
     Foundation::writeFileAtomically(folder / "completion", CommandLine::bashCompletion());
     std::filesystem::create_directory(folder / "trip");
     Foundation::writeFileAtomically(folder / "a.roamly", "");

@@ -1,5 +1,5 @@
 #include "SoundFile.h"
-#include "TemporaryFolder.h"
+#include <Support/TemporaryFolder.h>
 
 #include <Export/ExportError.h>
 #include <Export/MusicFile.h>

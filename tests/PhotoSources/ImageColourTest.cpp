@@ -2,6 +2,7 @@
 #include <PhotoSources/Painting.h>
 #include <PhotoSources/SampleFiles.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 #include <lcms2.h>
 #include <vips/vips.h>
@@ -60,7 +61,7 @@ protected:
         return {samples[0], samples[1], samples[2]};
     }
 
-    SampleFiles::TemporaryFolder m_folder;
+    TemporaryFolder m_folder;
 };
 
 TEST_F(ImageColourTest, DisplayP3ComesOutInSrgb) {

@@ -3,6 +3,7 @@
 #include <PhotoSources/SampleFiles.h>
 
 #include <fcntl.h>
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -74,7 +75,7 @@ protected:
         return read(exif).coordinate;
     }
 
-    SampleFiles::TemporaryFolder m_folder;
+    TemporaryFolder m_folder;
 };
 
 // The capture date

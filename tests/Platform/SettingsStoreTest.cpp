@@ -1,5 +1,5 @@
 #include <Foundation/AtomicFile.h>
-#include <Foundation/TemporaryFolder.h>
+#include <Support/TemporaryFolder.h>
 #include <Roamly/Platform/SettingsStore.h>
 
 #include <gtest/gtest.h>
