@@ -1,7 +1,7 @@
 #include "FakeClock.h"
-#include <Support/TemporaryFolder.h>
 
 #include <Analysis/LocationResolver.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include <Foundation/AtomicFile.h>
-#include <Support/TemporaryFolder.h>
 #include <Roamly/CommandLine/BashCompletion.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Help.h>
 #include <Roamly/CommandLine/ManualPage.h>
 #include <Roamly/Document/SettingsTable.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

@@ -1,6 +1,6 @@
 #include <Foundation/Bookmark.h>
-
 #include <Support/TemporaryFolder.h>
+
 #include <gtest/gtest.h>
 #include <unistd.h>
 

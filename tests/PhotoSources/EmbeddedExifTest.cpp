@@ -1,8 +1,8 @@
 #include <PhotoSources/EmbeddedExif.h>
 #include <PhotoSources/Exiv2Tags.h>
 #include <PhotoSources/SampleFiles.h>
-
 #include <Support/TemporaryFolder.h>
+
 #include <gtest/gtest.h>
 
 #include <cmath>

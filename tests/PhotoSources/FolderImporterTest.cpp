@@ -3,8 +3,8 @@
 #include <Foundation/Cancellation.h>
 #include <PhotoSources/FolderImporter.h>
 #include <PhotoSources/SampleFiles.h>
-
 #include <Support/TemporaryFolder.h>
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -4,8 +4,8 @@
 #include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/SampleFiles.h>
 #include <PhotoSources/VipsPicture.h>
-
 #include <Support/TemporaryFolder.h>
+
 #include <gtest/gtest.h>
 #include <vips/vips.h>
 

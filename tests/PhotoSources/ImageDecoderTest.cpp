@@ -1,8 +1,8 @@
 #include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/Painting.h>
 #include <PhotoSources/SampleFiles.h>
-
 #include <Support/TemporaryFolder.h>
+
 #include <gtest/gtest.h>
 #include <vips/vips.h>
 

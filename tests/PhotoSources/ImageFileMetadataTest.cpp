@@ -1,9 +1,9 @@
 #include <Foundation/Instant.h>
 #include <PhotoSources/ImageFileMetadata.h>
 #include <PhotoSources/SampleFiles.h>
+#include <Support/TemporaryFolder.h>
 
 #include <fcntl.h>
-#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 

@@ -2,8 +2,8 @@
 #include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/Painting.h>
 #include <PhotoSources/SampleFiles.h>
-
 #include <Support/TemporaryFolder.h>
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 #include <Roamly/Platform/AppImageProvider.h>
-
 #include <Support/TemporaryFolder.h>
+
 #include <gtest/gtest.h>
 
 #include <QBuffer>

@@ -1,5 +1,5 @@
-#include <Support/TemporaryFolder.h>
 #include <ProjectModel/PhotoRef.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include <Foundation/AtomicFile.h>
 #include <PhotoSources/ProcessSetup.h>
-
 #include <Support/TestPhotos.h>
+
 #include <vips/vips.h>
 
 #include <cstdint>
