@@ -1,7 +1,7 @@
 #include <Foundation/AtomicFile.h>
 #include <Foundation/DisplayText.h>
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/CommandLine/Drawing.h>
+#include <Roamly/CommandLine/OffscreenApplication.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/JsonForms.h>
 #include <Roamly/CommandLine/ProjectTimeline.h>
@@ -43,7 +43,7 @@ int run(const Invocation& invocation) {
     const ProjectTimeline loaded = loadTimeline(projectFile);
     Document::OutputFile::checkIsNoInput(output, projectFile, loaded.project);
 
-    const Drawing drawing;
+    const OffscreenApplication application;
     const std::unique_ptr<Frames::FrameSource> frames =
         Platform::slideshowFrames(loaded.project, Jobs::ExportController::decodingBound(size.width));
     const Timeline::Playhead playhead{loaded.timeline, loaded.settings.crossfade};

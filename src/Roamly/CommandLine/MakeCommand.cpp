@@ -1,9 +1,9 @@
-#include <Roamly/CommandLine/Analyzing.h>
+#include <Roamly/CommandLine/ConsoleAnalysis.h>
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/CommandLine/Drawing.h>
-#include <Roamly/CommandLine/Exporting.h>
+#include <Roamly/CommandLine/OffscreenApplication.h>
+#include <Roamly/CommandLine/ConsoleExport.h>
 #include <Roamly/CommandLine/Failures.h>
-#include <Roamly/CommandLine/Importing.h>
+#include <Roamly/CommandLine/ConsoleImport.h>
 #include <Roamly/CommandLine/JsonForms.h>
 #include <Roamly/CommandLine/ProjectSession.h>
 #include <Roamly/Document/OutputFile.h>
@@ -79,7 +79,7 @@ int run(const Invocation& invocation) {
     if (const std::optional<std::string> file = arguments.value("--music"))
         wishes.music = Document::musicSelection(*file);
 
-    const Drawing drawing;
+    const OffscreenApplication application;
     const Prepared prepared = prepare(wishes, invocation);
     const std::set<Foundation::Uuid> failed =
         exportMovie(prepared.project, wishes.settings, preset, wishes.output, invocation);

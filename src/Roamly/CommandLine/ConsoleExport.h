@@ -19,7 +19,7 @@ namespace CommandLine {
 [[nodiscard]] Export::ExportPreset exportPreset(const Arguments& arguments,
                                                 const Document::AppSettings& settings);
 
-/// Writes the movie with progress and says so. Returns the photos that are black in it. A `Drawing` must
+/// Writes the movie with progress and says so. Returns the photos that are black in it. A `OffscreenApplication` must
 /// exist. Throws Failure, Interrupted.
 [[nodiscard]] std::set<Foundation::Uuid>
 exportMovie(const ProjectModel::Project& project, const Document::AppSettings& settings,
