@@ -1,7 +1,7 @@
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/CommandLine/OffscreenApplication.h>
 #include <Roamly/CommandLine/ConsoleExport.h>
 #include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/CommandLine/OffscreenApplication.h>
 #include <Roamly/Document/OutputFile.h>
 #include <Roamly/Document/ProjectStore.h>
 #include <Roamly/Platform/SettingsStore.h>

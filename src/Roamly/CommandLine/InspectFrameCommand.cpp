@@ -1,9 +1,9 @@
 #include <Foundation/AtomicFile.h>
 #include <Foundation/DisplayText.h>
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/CommandLine/OffscreenApplication.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/CommandLine/OffscreenApplication.h>
 #include <Roamly/CommandLine/ProjectTimeline.h>
 #include <Roamly/CommandLine/Values.h>
 #include <Roamly/Document/OutputFile.h>

@@ -1,10 +1,10 @@
-#include <Roamly/CommandLine/ConsoleAnalysis.h>
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/CommandLine/OffscreenApplication.h>
+#include <Roamly/CommandLine/ConsoleAnalysis.h>
 #include <Roamly/CommandLine/ConsoleExport.h>
-#include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/ConsoleImport.h>
+#include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/CommandLine/OffscreenApplication.h>
 #include <Roamly/CommandLine/ProjectSession.h>
 #include <Roamly/Document/OutputFile.h>
 #include <Roamly/Document/ProjectMusic.h>

@@ -1,6 +1,6 @@
 #include <Roamly/CommandLine/Counted.h>
-#include <Roamly/CommandLine/ProjectSession.h>
 #include <Roamly/CommandLine/ProjectChange.h>
+#include <Roamly/CommandLine/ProjectSession.h>
 #include <Roamly/Document/ReviewModel.h>
 
 namespace CommandLine {
