@@ -3,6 +3,7 @@
 #include <Support/LoopbackServer.h>
 #include <Support/TestPhotos.h>
 
+#include <atomic>
 #include <csignal>
 
 using nlohmann::json;
@@ -13,8 +14,10 @@ namespace {
 class ConcurrentChangesTest : public EndToEndTest {
 protected:
     ConcurrentChangesTest()
-        : server([](const LoopbackServer::Request&) {
-            return LoopbackServer::ok(json{{"response", "Generated."}}.dump());
+        : server([this](const LoopbackServer::Request&) {
+            LoopbackServer::Answer answer = LoopbackServer::ok(json{{"response", "Generated."}}.dump());
+            answer.silent = answersLeft-- <= 0;
+            return answer;
         }) {
         makeProject();
         EXPECT_EQ(run({"settings", "ollamaBaseURL", server.url()}).status, 0);
@@ -46,6 +49,8 @@ protected:
         EXPECT_EQ(photos[1]["captionProvenance"], "user");
     }
 
+    /// What the server answers before it falls silent.
+    std::atomic<int> answersLeft = 1000;
     LoopbackServer server;
     std::vector<std::string> ids;
 };
@@ -64,8 +69,11 @@ TEST_F(ConcurrentChangesTest, CaptionsArriveBesideWhatWasDecidedMeanwhile) {
 }
 
 TEST_F(ConcurrentChangesTest, AnInterruptedRunKeepsItsCaptionsAndTheChangesOfOthers) {
+    // The run cannot end before the signal comes.
+    answersLeft = 1;
     const Ran ran = program.interrupt(captionAll, "\"completed\":1", {SIGINT});
     EXPECT_EQ(ran.status, 130) << ran.err;
+    answersLeft = 1000;
     EXPECT_EQ(project()["photos"][0]["caption"], "Generated.");
     const Ran again = runWhileOthersChangePhotos(captionAll, "\"completed\":1");
     EXPECT_EQ(again.status, 0) << again.err;
