@@ -2,11 +2,11 @@
 // print the same six tags in one process. Both run as children, in turn, with the files in the page cache;
 // the best of the rounds counts. Usage: bench-import [number of files] [rounds]
 
-#include <Support/TemporaryFolder.h>
 #include <PhotoSources/FolderImporter.h>
 #include <PhotoSources/ProcessSetup.h>
 #include <PhotoSources/SampleFiles.h>
 
+#include <Support/TemporaryFolder.h>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>

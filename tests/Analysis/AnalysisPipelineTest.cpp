@@ -1,9 +1,9 @@
 #include "FakeClock.h"
-#include <Support/TemporaryFolder.h>
 
 #include <Analysis/AnalysisPipeline.h>
 #include <Analysis/GeocodeCache.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>

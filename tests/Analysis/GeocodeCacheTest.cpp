@@ -1,8 +1,7 @@
-#include <Support/TemporaryFolder.h>
-
 #include <Analysis/GeocodeCache.h>
 #include <Foundation/AtomicFile.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 

@@ -1,8 +1,8 @@
 #include "FakeClock.h"
-#include <Support/TemporaryFolder.h>
 
 #include <Analysis/LocationResolver.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <functional>

@@ -1,8 +1,8 @@
-#include <Support/TemporaryFolder.h>
 #include "VisionFiles.h"
 
 #include <Analysis/NetworkFile.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

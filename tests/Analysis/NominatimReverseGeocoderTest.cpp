@@ -1,5 +1,4 @@
 #include "FakeClock.h"
-#include <Support/TemporaryFolder.h>
 
 #include <Analysis/LocationResolver.h>
 #include <Analysis/NominatimReverseGeocoder.h>
@@ -7,6 +6,7 @@
 #include <Foundation/Instant.h>
 
 #include <Support/LoopbackServer.h>
+#include <Support/TemporaryFolder.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -137,7 +137,7 @@ TEST(NominatimReverseGeocoderTest, SendsNoCoordinateToAnotherServer) {
     EXPECT_TRUE(other.requests().empty());
 }
 
-TEST(NominatimReverseGeocoderTest, EndsARequestUnderWayAtOnce) {
+TEST(NominatimReverseGeocoderTest, EndsARequestUnderWayWhenStopped) {
     const LoopbackServer server([](const Request&) {
         Answer answer;
         answer.silent = true;

@@ -1,9 +1,9 @@
 #include "KnownPlaces.h"
-#include <Support/TemporaryFolder.h>
 
 #include <Analysis/OfflineReverseGeocoder.h>
 #include <Foundation/AtomicFile.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

@@ -1,5 +1,4 @@
 #include <Foundation/AtomicFile.h>
-#include <Support/TemporaryFolder.h>
 #include <Roamly/CommandLine/BashCompletion.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Help.h>
@@ -7,6 +6,7 @@
 #include <Roamly/CommandLine/ProjectSettingKeys.h>
 #include <Roamly/Platform/SettingsStore.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>

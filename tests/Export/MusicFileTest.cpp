@@ -1,9 +1,9 @@
 #include "SoundFile.h"
-#include <Support/TemporaryFolder.h>
 
 #include <Export/ExportError.h>
 #include <Export/MusicFile.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

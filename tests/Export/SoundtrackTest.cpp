@@ -1,11 +1,11 @@
 #include "SoundFile.h"
-#include <Support/TemporaryFolder.h>
 
 #include <Export/AudioGain.h>
 #include <Export/ExportError.h>
 #include <Export/Libav.h>
 #include <Export/Soundtrack.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

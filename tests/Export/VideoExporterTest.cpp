@@ -1,13 +1,13 @@
 #include "MovieProbe.h"
 #include "PlainFrames.h"
 #include "SoundFile.h"
-#include <Support/TemporaryFolder.h>
 
 #include <Export/MovieExport.h>
 #include <Export/VideoExporter.h>
 #include <Foundation/Bookmark.h>
 #include <Foundation/Cancellation.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>

@@ -2,8 +2,8 @@
 #include <PhotoSources/ImageFileMetadata.h>
 #include <PhotoSources/SampleFiles.h>
 
-#include <fcntl.h>
 #include <Support/TemporaryFolder.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 

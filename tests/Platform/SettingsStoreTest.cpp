@@ -1,7 +1,7 @@
 #include <Foundation/AtomicFile.h>
-#include <Support/TemporaryFolder.h>
 #include <Roamly/Platform/SettingsStore.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>

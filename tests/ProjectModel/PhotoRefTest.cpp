@@ -1,6 +1,6 @@
-#include <Support/TemporaryFolder.h>
 #include <ProjectModel/PhotoRef.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -1,7 +1,7 @@
-#include <Support/TemporaryFolder.h>
 #include <ProjectModel/Project.h>
 #include <ProjectModel/RandomProject.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -110,8 +110,7 @@ TEST(ProjectOrderTest, SortsAnyProjectStablyAndLosesNothing) {
 // Merging
 
 /// As a folder import makes them: the references lead to the files, all else differs from import to import.
-std::vector<PhotoItem> photosOfFiles(const TemporaryFolder& folder, const Names& names,
-                                     std::uint64_t seed) {
+std::vector<PhotoItem> photosOfFiles(const TemporaryFolder& folder, const Names& names, std::uint64_t seed) {
     Testing::RandomProject random{seed};
     std::vector<PhotoItem> photos;
     for (const std::string& name : names) {
