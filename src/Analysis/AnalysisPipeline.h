@@ -14,7 +14,7 @@
 namespace Analysis {
 
 /// Names places, groups near-duplicates and proposes the best shot of each group, all as proposals: what the
-/// user chose stays. Made for one run.
+/// user chose stays. Made for one run. Owner's thread.
 class AnalysisPipeline {
 public:
     /// How a run uses the machine; nothing here changes a result or the order of reports.

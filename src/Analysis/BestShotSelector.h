@@ -27,7 +27,7 @@ struct ClusterSelection {
     friend bool operator==(const ClusterSelection&, const ClusterSelection&) = default;
 };
 
-/// Chooses the photo to keep of each group of near-duplicates. Pure; any thread.
+/// Chooses the photo to keep of each group of near-duplicates. Pure. Any thread.
 namespace BestShotSelector {
 
 /// The variance v of an image's Laplacian as v / (v + 1000), 0…1; an absent variance counts as 0.

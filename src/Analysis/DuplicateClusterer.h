@@ -18,7 +18,7 @@ struct ClusterItem {
     std::vector<float> features;
 };
 
-/// Groups near-duplicate shots. Pure apart from the identifiers it asks for; any thread.
+/// Groups near-duplicate shots. Pure apart from the identifiers it asks for. Any thread.
 namespace DuplicateClusterer {
 
 /// Feature vectors are scaled so that shots of one scene are nearer than this to each other.

@@ -13,8 +13,7 @@ class FeaturePrinting {
 public:
     virtual ~FeaturePrinting() = default;
 
-    /// Always of the same length; nothing when the image cannot be printed. Called from several threads at
-    /// once.
+    /// Always of the same length; nothing when the image cannot be printed. Worker's thread.
     [[nodiscard]] virtual std::optional<std::vector<float>> features(const Foundation::Image& image) = 0;
 };
 

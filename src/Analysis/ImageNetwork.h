@@ -29,7 +29,7 @@ public:
 
     /// One list for each output, in their order. `planes` holds all red values, then all green and all blue
     /// ones, 0…255, rows from top to bottom. The same answer for the same picture, whatever else runs. Uses
-    /// the calling thread only; call it from several at once to use several cores. Throws std::runtime_error
+    /// one core; asked in several threads it uses several. Any thread. Throws std::runtime_error
     /// when the network fails.
     [[nodiscard]] std::vector<std::vector<float>> run(std::span<const float> planes) const;
 

@@ -13,7 +13,7 @@ public:
     virtual ~ImageProviding() = default;
 
     /// The decoded photo at a size good enough for looking at scenes and faces; nothing when its pixels
-    /// cannot be had. Called from several threads at once.
+    /// cannot be had. Worker's thread.
     [[nodiscard]] virtual std::optional<Foundation::Image> image(const ProjectModel::PhotoRef& ref) = 0;
 };
 

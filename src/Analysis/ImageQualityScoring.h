@@ -16,7 +16,7 @@ class ImageQualityScoring {
 public:
     virtual ~ImageQualityScoring() = default;
 
-    /// Never fails. Called from several threads at once.
+    /// Never fails. Worker's thread.
     [[nodiscard]] virtual ImageQuality quality(const Foundation::Image& image) = 0;
 };
 

@@ -13,7 +13,7 @@
 namespace Analysis {
 
 /// Guesses, while photos go by, which of them will end up in a group: those that resemble one of the last
-/// few. Keeps the pictures of the last few, and of older ones as far as they fit. Not for several threads.
+/// few. Keeps the pictures of the last few, and of older ones as far as they fit. Owner's thread.
 class LikelyDuplicates {
 public:
     struct Photo {
@@ -33,7 +33,7 @@ public:
     [[nodiscard]] std::size_t foundCount() const { return m_found.size(); }
     [[nodiscard]] std::vector<Photo> takeFound();
 
-    /// The picture of a photo that was not found, if it is still there. Any thread, as long as nobody adds.
+    /// The picture of a photo that was not found, if it is still there. Any thread, while nobody adds.
     [[nodiscard]] const Foundation::Image* find(const Foundation::Uuid& photo) const;
 
 private:

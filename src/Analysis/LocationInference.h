@@ -8,7 +8,7 @@
 
 namespace Analysis {
 
-/// Gives photos without a place the city of their neighbours in time. Pure; any thread.
+/// Gives photos without a place the city of their neighbours in time. Pure. Any thread.
 namespace LocationInference {
 
 /// The nearest photo before or after, in capture order, that has both a capture date and a location.

@@ -16,7 +16,7 @@ namespace Analysis {
 
 /// Names the places of coordinates: from the cache, else from a geocoder, which it asks at most `maxRequests`
 /// times within any `window`, and once more after a refusal for being asked too often. Lives for one analysis
-/// run. Calls may come from any thread; the pace is meant for one call after another.
+/// run. Thread-safe, though the pace is meant for one call after another.
 class LocationResolver {
 public:
     /// Borrows all three for its lifetime. There is no pacing when `maxRequests` is less than 1 or `window`

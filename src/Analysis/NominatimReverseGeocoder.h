@@ -12,7 +12,7 @@
 namespace Analysis {
 
 /// Asks a server that speaks Nominatim's protocol, one request a coordinate, in English. Only ever made when
-/// the user has named a server: coordinates leave the machine. Thread-safe as far as its transport is.
+/// the user has named a server: coordinates leave the machine. Thread-safe.
 class NominatimReverseGeocoder final : public ReverseGeocoding {
 public:
     using WallClock = std::function<std::chrono::sys_seconds()>;

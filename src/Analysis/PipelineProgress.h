@@ -16,7 +16,7 @@ struct PipelineProgress {
     friend bool operator==(const PipelineProgress&, const PipelineProgress&) = default;
 };
 
-/// Called in the thread that analyses.
+/// Owner's thread of the pipeline that reports.
 using PipelineProgressCallback = std::function<void(const PipelineProgress&)>;
 
 /// Calls `progress`, where there is one.

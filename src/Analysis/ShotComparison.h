@@ -19,8 +19,8 @@
 namespace Analysis {
 
 /// Compares a project's photos with each other: groups near-duplicates and scores the members of new groups.
-/// Made for one run; its steps are called in the order in which they stand here. Photos are decoded and
-/// judged in worker threads, reports come in the caller's.
+/// Made for one run; its steps are called in the order in which they stand here. Owner's thread; the
+/// judges are asked in workers' threads.
 class ShotComparison {
 public:
     struct Judges {

@@ -26,8 +26,8 @@ public:
     /// Takes some tenths of a second. Throws NetworkFileError.
     explicit VisionNetwork(const std::filesystem::path& file);
 
-    /// The same answer for the same image, whatever else runs. Uses the calling thread only; call it from
-    /// several at once to use several cores. Throws std::runtime_error when the image is empty or the
+    /// The same answer for the same image, whatever else runs. Uses one core; asked in several
+    /// threads it uses several. Any thread. Throws std::runtime_error when the image is empty or the
     /// network fails.
     [[nodiscard]] VisionAnswer look(const Foundation::Image& image) const;
 

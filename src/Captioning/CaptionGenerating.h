@@ -8,7 +8,7 @@
 
 namespace Captioning {
 
-/// A backend that writes captions. Implementations are immutable and safe to use from any thread.
+/// A backend that writes captions. Implementations are immutable. Any thread.
 class CaptionGenerating {
 public:
     virtual ~CaptionGenerating() = default;

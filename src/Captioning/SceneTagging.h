@@ -19,7 +19,7 @@ public:
 };
 
 /// The tags of one picture, made when somebody asks for them: a network has to look at the picture, and most
-/// back ends have eyes of their own. Worker's thread.
+/// back ends have eyes of their own. Owner's thread.
 class SceneTags {
 public:
     /// None.

@@ -14,7 +14,7 @@ namespace Export {
 /// lasts, and the encoder would stand still.
 class PhotoScout {
 public:
-    /// Called on the scout's thread; what it throws is dropped, since the frame's own turn will show it.
+    /// Worker's thread; what it throws is dropped, since the frame's own turn will show it.
     using Draw = std::function<void(std::int64_t frame)>;
 
     /// `firstFrames` are the photos' first frames, ascending. A photo that follows the one before it within

@@ -22,7 +22,7 @@ namespace Export {
 /// all.
 class RenderQueue {
 public:
-    /// Called on several threads at once.
+    /// Worker's thread.
     using Render = std::function<std::shared_ptr<const Frames::YuvFrame>(std::int64_t index)>;
 
     RenderQueue(std::int64_t count, int workers, int capacity, Render render);

@@ -45,7 +45,7 @@ public:
 
     /// Throws ExportError; then nothing is left at `path` or beside it, and a movie that was there before is
     /// gone too unless nothing could be begun: no frames, music that cannot be played. `progress` is called
-    /// in ascending order from one thread at a time.
+    /// in ascending order. Owner's thread; the frame source is asked in workers' threads.
     ExportResult exportMovie(const std::filesystem::path& path,
                              const std::function<void(const ExportProgress&)>& progress = {},
                              const std::stop_token& stop = {});

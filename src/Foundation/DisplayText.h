@@ -6,7 +6,7 @@
 namespace Foundation {
 
 /// A path or file name as text to show and to store: always valid UTF-8. Names of files are bytes; those that
-/// are not UTF-8 come out as U+FFFD. Thread-safe.
+/// are not UTF-8 come out as U+FFFD. Any thread.
 [[nodiscard]] std::string displayText(const std::filesystem::path& path);
 
 /// The same in quotation marks, for sentences.

@@ -16,7 +16,7 @@ struct Uuid {
     /// In canonical order: bytes[0] is the one written first.
     std::array<std::uint8_t, 16> bytes{};
 
-    /// A version 4 identifier from the operating system's random source. Thread-safe.
+    /// A version 4 identifier from the operating system's random source. Any thread.
     [[nodiscard]] static Uuid random();
 
     /// Reads the canonical 36-character text in either case; nothing for any other text.

@@ -12,10 +12,10 @@
 
 namespace Frames {
 
-/// A decoded photo converted once into planes as frames are made of. Immutable; shared between threads.
+/// A decoded photo converted once into planes as frames are made of. Immutable. Any thread.
 class PreparedPhoto;
 
-/// Nothing for an empty image. Thread-safe.
+/// Nothing for an empty image. Any thread.
 [[nodiscard]] std::shared_ptr<const PreparedPhoto> preparePhoto(const Foundation::Image& photo);
 
 /// Text and shades to lay over a frame: 8 bits a channel R G B A, colour premultiplied by alpha, sRGB, no row
@@ -29,11 +29,11 @@ struct OverlayBitmap {
     std::vector<std::uint8_t> pixels;
 };
 
-/// Overlay bitmaps converted once into blendable planes. Immutable; shared between threads.
+/// Overlay bitmaps converted once into blendable planes. Immutable. Any thread.
 class PreparedOverlay;
 
 /// The bitmaps are blended in the order given, each only where it is not clear. Throws std::invalid_argument
-/// when a bitmap has fewer pixels than its size says. Thread-safe.
+/// when a bitmap has fewer pixels than its size says. Any thread.
 [[nodiscard]] std::shared_ptr<const PreparedOverlay> prepareOverlay(std::span<const OverlayBitmap> bitmaps,
                                                                     FrameSize size);
 
@@ -48,7 +48,7 @@ struct PhotoLayer {
 };
 
 /// Draws the layers in order over black, each blended by its opacity where it covers the frame, then the
-/// overlay (which may be absent). Deterministic; thread-safe. Throws std::invalid_argument when the size is
+/// overlay (which may be absent). Deterministic. Any thread. Throws std::invalid_argument when the size is
 /// not positive or not the overlay's.
 [[nodiscard]] std::shared_ptr<YuvFrame> compose(FrameSize size, std::span<const PhotoLayer> layers,
                                                 const PreparedOverlay* overlay);

@@ -10,8 +10,7 @@
 
 namespace Frames {
 
-/// Where the exporter gets its frames. Both operations are called from several threads at once, for frames in
-/// nearly ascending order.
+/// Where the exporter gets its frames. Asked for frames in nearly ascending order. Worker's thread.
 class FrameSource {
 public:
     virtual ~FrameSource() = default;

@@ -12,7 +12,7 @@
 namespace PhotoSources {
 
 /// An open file as a source of bytes. Its first bytes are read at once, since most questions about a photo
-/// are answered there. May be read from several threads.
+/// are answered there. Any thread.
 class FileSource final : public ByteSource {
 public:
     /// Nothing where `ImageFile::open` gives nothing.

@@ -24,7 +24,7 @@ namespace FolderImporter {
 
 struct Options {
     Foundation::UuidSource newID = Foundation::Uuid::random;
-    /// Called from the calling thread, in order.
+    /// Owner's thread, in order.
     std::function<void(const ImportProgress&)> progress;
     std::stop_token stop;
 };

@@ -9,7 +9,7 @@ namespace PhotoSources::HeifDecoder {
 
 /// The primary picture of an HEVC-coded HEIF file, without libheif: opens files that older versions of it
 /// refuse. Large pictures are reduced tile by tile, so memory follows the bound rather than the picture.
-/// Thread-safe; uses the machine's cores for one picture's tiles.
+/// Any thread; uses the machine's cores for one picture's tiles.
 [[nodiscard]] std::optional<Foundation::Image> decode(const HeifPicture& picture, int maxPixel);
 
 } // namespace PhotoSources::HeifDecoder

@@ -29,7 +29,7 @@ struct HevcPlanes {
     ColourCoding coding;
 };
 
-/// Decodes single HEVC pictures with libde265, in the calling thread. One object serves one thread.
+/// Decodes single HEVC pictures with libde265. Owner's thread.
 class HevcDecoder {
 public:
     /// Pictures with more than `mostPixels` are refused before anything is allocated for them.

@@ -8,7 +8,7 @@
 namespace PhotoSources::RawDecoder {
 
 /// A camera's raw file: developed with the camera's white balance, at half size where the bound allows; where
-/// the samples cannot be read, the preview that the camera put into the file. Thread-safe.
+/// the samples cannot be read, the preview that the camera put into the file. Any thread.
 [[nodiscard]] std::optional<Foundation::Image> decode(const ImageFile& file, int maxPixel);
 
 } // namespace PhotoSources::RawDecoder

@@ -3,8 +3,8 @@
 namespace PhotoSources {
 
 /// While one of these lives, what libjxl and libde265 print about broken files does not reach standard error,
-/// which they cannot be told; all other lines do, late at worst. Affects the whole process; any number of
-/// threads may hold one.
+/// which they cannot be told; all other lines do, late at worst. Affects the whole process; any number
+/// may live at a time. Any thread.
 ///
 /// Held only while such a file is decoded, by `ImageDecoder`. To filter all that the process ever prints,
 /// standard error would have to be a pipe with a thread behind it for good: progress would no longer find a

@@ -91,9 +91,9 @@ Picture opened(const Source& source, const Opening& how) {
 
 /// A file as libvips reads it: from the descriptor, or from memory for the loaders that would map the file
 /// and die with it if it shrank.
-class FileSource {
+class VipsInput {
 public:
-    FileSource(const ImageFile& file, ImageFormat format)
+    VipsInput(const ImageFile& file, ImageFormat format)
         : m_file(file) {
         if (format == ImageFormat::gif || format == ImageFormat::webp) {
             m_bytes = file.readAll(mostBytesInMemory);
@@ -159,7 +159,7 @@ int jpegShrinkFor(Size size, int maxPixel) {
 std::optional<Foundation::Image> decode(const ImageFile& file, ImageFormat format, int maxPixel,
                                         const std::optional<ColourCoding>& untaggedCoding) {
     const ErrorLogCleared cleared;
-    const FileSource source(file, format);
+    const VipsInput source(file, format);
 
     const auto attempt = [&](Damage damage) -> std::optional<Foundation::Image> {
         Opening how{format, damage};

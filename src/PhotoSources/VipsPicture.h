@@ -25,7 +25,7 @@ struct RgbSamples {
     std::vector<std::uint8_t> iccProfile;
 };
 
-/// Everything that goes through libvips: opening what it can open, scaling, colour. Thread-safe.
+/// Everything that goes through libvips: opening what it can open, scaling, colour. Any thread.
 namespace VipsPicture {
 
 [[nodiscard]] std::optional<Foundation::Image> decode(const ImageFile& file, ImageFormat format, int maxPixel,

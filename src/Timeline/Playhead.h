@@ -9,7 +9,7 @@
 
 namespace Timeline {
 
-/// Answers what must be on screen at a time. A value without a clock; safe to use from any thread.
+/// Answers what must be on screen at a time. A value without a clock. Any thread.
 class Playhead {
 public:
     /// `crossfade` is the settings' value in seconds as it stands, not the one the builder may have

@@ -4,6 +4,7 @@
 #include <Analysis/GeocodeCache.h>
 #include <Support/TemporaryFolder.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,6 +1,7 @@
 #include <Analysis/DataFile.h>
 #include <Support/TemporaryFolder.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>

@@ -4,6 +4,7 @@
 #include <Analysis/VisionClassifier.h>
 #include <Support/TemporaryFolder.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -3,6 +3,7 @@
 #include <Analysis/LocationResolver.h>
 #include <Support/TemporaryFolder.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <functional>

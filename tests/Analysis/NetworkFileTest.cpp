@@ -3,6 +3,7 @@
 #include <Analysis/NetworkFile.h>
 #include <Support/TemporaryFolder.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -137,7 +137,7 @@ TEST(NominatimReverseGeocoderTest, SendsNoCoordinateToAnotherServer) {
     EXPECT_TRUE(other.requests().empty());
 }
 
-TEST(NominatimReverseGeocoderTest, EndsARequestUnderWayAtOnce) {
+TEST(NominatimReverseGeocoderTest, EndsARequestUnderWayWhenStopped) {
     const LoopbackServer server([](const Request&) {
         Answer answer;
         answer.silent = true;

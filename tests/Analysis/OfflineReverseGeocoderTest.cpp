@@ -2,6 +2,7 @@
 
 #include <Analysis/OfflineReverseGeocoder.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

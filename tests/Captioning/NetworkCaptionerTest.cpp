@@ -172,8 +172,9 @@ TEST(OllamaCaptionerTest, ReportsHalfAnAnswerAsTransport) {
 
 TEST(OllamaCaptionerTest, ReadsAnAnswerThatComesInPieces) {
     const LoopbackServer server{[](const Request&) {
-        Answer answer = LoopbackServer::ok(goodOllama);
-        answer.pieceLength = 9;
+        // More than any one read takes.
+        Answer answer = LoopbackServer::ok(goodOllama + std::string(300'000, ' '));
+        answer.pieceLength = 1000;
         return answer;
     }};
     EXPECT_EQ(ollama(server.url()).caption(picture(4, 4), {}, {}), "Sunset over the bay.");

@@ -6,6 +6,7 @@
 #include <Roamly/Document/SettingsTable.h>
 #include <Support/TemporaryFolder.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>

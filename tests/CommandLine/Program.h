@@ -1,7 +1,6 @@
 #pragma once
 
 #include <Support/TemporaryFolder.h>
-
 #include <nlohmann/json.hpp>
 #include <sys/types.h>
 

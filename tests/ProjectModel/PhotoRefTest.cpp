@@ -1,6 +1,7 @@
 #include <ProjectModel/PhotoRef.h>
 #include <Support/TemporaryFolder.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -2,6 +2,7 @@
 #include <ProjectModel/RandomProject.h>
 #include <Support/TemporaryFolder.h>
 
+#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
