@@ -7,7 +7,6 @@
 #include <PhotoSources/SampleFiles.h>
 #include <Support/TemporaryFolder.h>
 
-#include <Support/TemporaryFolder.h>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>

@@ -4,7 +4,6 @@
 #include <Analysis/GeocodeCache.h>
 #include <Support/TemporaryFolder.h>
 
-#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,7 +1,6 @@
 #include <Analysis/DataFile.h>
 #include <Support/TemporaryFolder.h>
 
-#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>

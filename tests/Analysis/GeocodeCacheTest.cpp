@@ -2,7 +2,6 @@
 #include <Foundation/AtomicFile.h>
 #include <Support/TemporaryFolder.h>
 
-#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 

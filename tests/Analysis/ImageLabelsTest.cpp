@@ -4,7 +4,6 @@
 #include <Analysis/VisionClassifier.h>
 #include <Support/TemporaryFolder.h>
 
-#include <Support/TemporaryFolder.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

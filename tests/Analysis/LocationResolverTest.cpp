@@ -3,7 +3,6 @@
 #include <Analysis/LocationResolver.h>
 #include <Support/TemporaryFolder.h>
 
-#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <functional>

@@ -1,8 +1,8 @@
 #include "KnownPlaces.h"
 
 #include <Analysis/OfflineReverseGeocoder.h>
-
 #include <Support/TemporaryFolder.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

@@ -6,7 +6,6 @@
 #include <Roamly/Document/SettingsTable.h>
 #include <Support/TemporaryFolder.h>
 
-#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>

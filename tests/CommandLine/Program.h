@@ -1,6 +1,7 @@
 #pragma once
 
 #include <Support/TemporaryFolder.h>
+
 #include <nlohmann/json.hpp>
 #include <sys/types.h>
 

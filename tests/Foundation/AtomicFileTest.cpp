@@ -1,6 +1,6 @@
 #include <Foundation/AtomicFile.h>
-
 #include <Support/TemporaryFolder.h>
+
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>

@@ -1,7 +1,6 @@
 #include <ProjectModel/PhotoRef.h>
 #include <Support/TemporaryFolder.h>
 
-#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>

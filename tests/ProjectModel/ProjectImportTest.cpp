@@ -2,7 +2,6 @@
 #include <ProjectModel/RandomProject.h>
 #include <Support/TemporaryFolder.h>
 
-#include <Support/TemporaryFolder.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
