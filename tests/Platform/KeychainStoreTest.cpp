@@ -1,6 +1,5 @@
-#include <Support/PrivateKeyring.h>
-
 #include <Roamly/Platform/KeychainStore.h>
+#include <Support/PrivateKeyring.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,8 +15,6 @@
 namespace {
 
 using namespace Platform;
-using namespace Document;
-using namespace Jobs;
 
 const KeychainStore::LegacyKey noLegacyKey{[] { return std::optional<std::string>{}; }, [] {}};
 
