@@ -24,6 +24,11 @@ void FileManager::show(const std::vector<std::filesystem::path>& files,
                        const std::string& activationToken) const {
     if (files.empty())
         return;
+    // A call over no connection is never answered, not even with an error.
+    if (!m_state->bus.isConnected()) {
+        m_state->openFolder(files.front().parent_path());
+        return;
+    }
     QStringList uris;
     for (const std::filesystem::path& file : files)
         uris << QString::fromStdString(fileUri(file));

@@ -64,6 +64,9 @@ void Notifications::close() {
 
 void Notifications::send(const std::shared_ptr<State>& state, const std::string& title,
                          const std::string& text) {
+    // A call over no connection is never answered, not even with an error.
+    if (!state->bus.isConnected())
+        return;
     QDBusMessage call = callTo(QStringLiteral("Notify"));
     // The text may hold markup by the protocol, and ours is none.
     call << QString::fromUtf8(DesktopNames::program) << state->id

@@ -87,7 +87,9 @@ void SleepInhibitor::State::askPortal(const std::shared_ptr<State>& state) {
 
 SleepInhibitor::SleepInhibitor(const QDBusConnection& bus, const std::string& reason)
     : m_state(std::make_shared<State>(State{bus, QString::fromStdString(reason)})) {
-    State::askScreenSaver(m_state);
+    // A call over no connection is never answered, not even with an error.
+    if (bus.isConnected())
+        State::askScreenSaver(m_state);
 }
 
 SleepInhibitor::~SleepInhibitor() {
