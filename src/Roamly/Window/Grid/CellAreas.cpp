@@ -28,12 +28,17 @@ CellAreas CellAreas::of(const QRect& cell, const Badges& badges, bool isRightToL
     };
     if (badges.stackWidth > 0)
         areas.stack = placed(badges.stackWidth);
-    if (badges.isApproximate)
-        areas.approximate = placed(badgeSide);
-    if (badges.isMissing) {
-        areas.missing = mirrored({areas.tile.left() + badgeInset,
-                                  areas.tile.bottom() + 1 - badgeInset - badgeSide, badgeSide, badgeSide});
+    const int bottom = areas.tile.bottom() + 1 - badgeInset - badgeSide;
+    if (badges.isApproximate) {
+        // On small tiles there is no room left beside the check.
+        const bool hasRoom = right - badgeSide >= areas.tile.left() + badgeInset + badgeSide + 4;
+        areas.approximate =
+            hasRoom
+                ? placed(badgeSide)
+                : mirrored({areas.tile.right() + 1 - badgeInset - badgeSide, bottom, badgeSide, badgeSide});
     }
+    if (badges.isMissing)
+        areas.missing = mirrored({areas.tile.left() + badgeInset, bottom, badgeSide, badgeSide});
     return areas;
 }
 

@@ -23,7 +23,7 @@ void paintRing(QPainter& painter, const QRect& tile, const QColor& colour, doubl
 }
 
 void paintTile(QPainter& painter, const QRect& tile, const CellContent& content,
-               const Theme::Colours& colours) {
+               const Theme::Colours& colours, const QFont& font) {
     const bool isFaint = !content.photo.isSelected;
     if (content.picture.isNull() || isFaint) {
         painter.setPen(Qt::NoPen);
@@ -33,6 +33,7 @@ void paintTile(QPainter& painter, const QRect& tile, const CellContent& content,
     if (content.picture.isNull()) {
         if (content.photo.isMissing) {
             painter.setPen(colours.quietText);
+            painter.setFont(font);
             painter.drawText(tile, Qt::AlignCenter, QStringLiteral("Missing"));
         }
         return;
@@ -43,7 +44,7 @@ void paintTile(QPainter& painter, const QRect& tile, const CellContent& content,
 }
 
 void paintCaption(QPainter& painter, const QRect& line, const CellContent& content,
-                  const Theme::Colours& colours, const QFont& font) {
+                  const Theme::Colours& colours, const QFont& font, bool isRightToLeft) {
     const bool hasCaption = content.photo.caption && !content.photo.caption->empty();
     if (content.isEdited || (!hasCaption && !content.isHovered && !content.hasFocus))
         return;
@@ -52,8 +53,8 @@ void paintCaption(QPainter& painter, const QRect& line, const CellContent& conte
     const bool isQuiet = !hasCaption || !content.photo.isSelected;
     painter.setPen(isQuiet ? colours.quietText : colours.text);
     painter.setFont(font);
-    // AlignLeft without AlignAbsolute is the side where the interface's own direction begins.
-    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+    const Qt::Alignment side = isRightToLeft ? Qt::AlignRight : Qt::AlignLeft;
+    painter.drawText(line, static_cast<int>(side | Qt::AlignAbsolute) | Qt::AlignVCenter | Qt::TextSingleLine,
                      painter.fontMetrics().elidedText(text, Qt::ElideRight, line.width()));
 }
 
@@ -73,7 +74,7 @@ CellAreas cellAreas(const QRect& cell, const PhotoItem& photo, std::size_t group
 void paintCell(QPainter& painter, const QRect& cell, const CellContent& content,
                const Theme::Colours& colours, const QFont& font, bool isRightToLeft) {
     const CellAreas areas = cellAreas(cell, content.photo, content.groupSize, font, isRightToLeft);
-    paintTile(painter, areas.tile, content, colours);
+    paintTile(painter, areas.tile, content, colours, font);
     if (content.isChosen)
         paintRing(painter, areas.tile, colours.accent, 2, 2);
     if (content.hasFocus)
@@ -85,7 +86,7 @@ void paintCell(QPainter& painter, const QRect& cell, const CellContent& content,
         Badges::paintApproximate(painter, areas.approximate);
     if (!areas.missing.isEmpty())
         Badges::paintMissing(painter, areas.missing);
-    paintCaption(painter, areas.caption, content, colours, font);
+    paintCaption(painter, areas.caption, content, colours, font, isRightToLeft);
 }
 
 } // namespace Grid

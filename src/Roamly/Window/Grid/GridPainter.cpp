@@ -33,28 +33,35 @@ void paintCells(QPainter& painter, const QRect& area, const GridScene& scene) {
     }
 }
 
-void paintHeaders(QPainter& painter, const QRect& area, const GridScene& scene) {
-    const auto sticky = scene.layout.stickyHeader(scene.offset);
-    if (!sticky)
-        return;
+void paintHeader(QPainter& painter, const QRect& where, int section, const GridScene& scene) {
     const std::vector<Section>& sections = scene.photos.sections();
-    const auto paint = [&](int section, const QRect& where) {
-        if (where.intersects(area) && static_cast<std::size_t>(section) < sections.size()) {
-            HeaderPainter::paint(painter, where, sections[static_cast<std::size_t>(section)], scene.colours,
-                                 scene.font, scene.isRightToLeft);
-        }
-    };
-    for (int section = sticky->section + 1; section < scene.layout.sectionCount(); ++section) {
+    if (static_cast<std::size_t>(section) < sections.size()) {
+        HeaderPainter::paint(painter, where, sections[static_cast<std::size_t>(section)], scene.colours,
+                             scene.font, scene.isRightToLeft);
+    }
+}
+
+/// The headers that scroll with their photos, under whose rings they lie.
+void paintHeaders(QPainter& painter, const QRect& area, const GridScene& scene) {
+    const std::optional<int> first = scene.layout.sectionAt(area.top() + scene.offset);
+    for (int section = first.value_or(scene.layout.sectionCount()); section < scene.layout.sectionCount();
+         ++section) {
         const QRect where = scene.layout.header(section).translated(0, -scene.offset);
         if (where.top() > area.bottom())
             break;
-        paint(section, where);
+        if (where.intersects(area))
+            paintHeader(painter, where, section, scene);
     }
-    paint(sticky->section, sticky->area);
-    const bool hasPhotosUnderIt = scene.offset > scene.layout.header(sticky->section).top();
-    if (hasPhotosUnderIt) {
-        painter.fillRect(QRect{0, sticky->area.bottom(), sticky->area.width(), 1}, scene.colours.line);
-    }
+}
+
+/// The one that stays on top once photos scroll under it.
+void paintStickyHeader(QPainter& painter, const QRect& area, const GridScene& scene) {
+    const auto sticky = scene.layout.stickyHeader(scene.offset);
+    if (!sticky || !sticky->area.intersects(area) ||
+        scene.offset <= scene.layout.header(sticky->section).top())
+        return;
+    paintHeader(painter, sticky->area, sticky->section, scene);
+    painter.fillRect(QRect{0, sticky->area.bottom(), sticky->area.width(), 1}, scene.colours.line);
 }
 
 void paintOverlays(QPainter& painter, const GridScene& scene) {
@@ -83,10 +90,13 @@ void paintOverlays(QPainter& painter, const GridScene& scene) {
 
 void paintGrid(QPainter& painter, const QRect& area, const GridScene& scene) {
     painter.setFont(scene.font);
+    // Each text runs as its own letters do, whatever the interface's direction.
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillRect(area, scene.colours.background);
-    paintCells(painter, area, scene);
     paintHeaders(painter, area, scene);
+    paintCells(painter, area, scene);
+    paintStickyHeader(painter, area, scene);
     paintOverlays(painter, scene);
 }
 

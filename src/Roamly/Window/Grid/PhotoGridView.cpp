@@ -190,7 +190,7 @@ void PhotoGridView::scrollTo(const QModelIndex& index, ScrollHint hint) {
     const QRect cell = flowLayout().cell(index.row());
     const int header = HeaderPainter::height(font());
     const int height = viewport()->height();
-    const int lowest = cell.top() - header;
+    const int lowest = cell.top() - header - CellAreas::ringReach;
     const int highest = cell.bottom() + 1 + FlowLayout::gap - height;
     QScrollBar* bar = verticalScrollBar();
     switch (hint) {
