@@ -363,7 +363,7 @@ TEST_F(PhotoGridViewTest, TheChoiceFollowsPhotosThatMove) {
     EXPECT_EQ(chosen(), (Rows{18, 19}));
 }
 
-TEST_F(PhotoGridViewTest, PhotosDroppedBesideAnotherAskToMoveThere) {
+TEST_F(PhotoGridViewTest, PhotosDroppedFromElsewhereAreNotMoved) {
     QSignalSpy moved{&view, &PhotoGridView::moveRequested};
     const std::vector<Uuid> photos = ids({5, 6});
     const std::unique_ptr<QMimeData> data = Grid::PhotoDrag::mimeData(photos);
