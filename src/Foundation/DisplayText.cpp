@@ -25,4 +25,8 @@ std::string displayText(const std::filesystem::path& path) {
     return result;
 }
 
+std::string quotedText(const std::filesystem::path& path) {
+    return "“" + displayText(path) + "”";
+}
+
 } // namespace Foundation

@@ -9,4 +9,7 @@ namespace Foundation {
 /// are not UTF-8 come out as U+FFFD. Thread-safe.
 [[nodiscard]] std::string displayText(const std::filesystem::path& path);
 
+/// The same in quotation marks, for sentences.
+[[nodiscard]] std::string quotedText(const std::filesystem::path& path);
+
 } // namespace Foundation

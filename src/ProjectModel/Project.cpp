@@ -191,4 +191,9 @@ void Project::applyChronologicalOrder() {
         std::stable_sort(photos.begin(), photos.end(), isTakenBefore);
 }
 
+void Project::refreshPhotos(const PhotoRefreshes& refreshes) {
+    for (PhotoItem& photo : photos)
+        refreshes.applyTo(photo);
+}
+
 } // namespace ProjectModel

@@ -4,6 +4,7 @@
 #include <ProjectModel/IdentityKeys.h>
 #include <ProjectModel/MusicSelection.h>
 #include <ProjectModel/PhotoItem.h>
+#include <ProjectModel/PhotoRefreshes.h>
 #include <ProjectModel/PhotoSource.h>
 #include <ProjectModel/ProjectSettings.h>
 
@@ -89,6 +90,8 @@ struct Project {
     void mergeImportedPhotos(const std::vector<PhotoItem>& incoming, const IdentityKeys& keys);
     /// Dated photos by instant, then undated ones; stable. Does nothing under a manual order.
     void applyChronologicalOrder();
+    /// Every photo that is meant, also those of equal ids.
+    void refreshPhotos(const PhotoRefreshes& refreshes);
 
     friend bool operator==(const Project&, const Project&) = default;
 };

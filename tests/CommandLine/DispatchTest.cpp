@@ -25,8 +25,9 @@ TEST_F(DispatchTest, WithoutADisplayOneSentenceTellsThatThereIsNoWindow) {
         const Ran ran = run(words);
         EXPECT_EQ(ran.status, 1);
         EXPECT_EQ(ran.out, "");
-        EXPECT_EQ(ran.err, "There is no display to open a window on; “roamly --help” lists what works "
-                           "without one.\n");
+        EXPECT_EQ(ran.err,
+                  "roamly: There is no display to open a window on; “roamly --help” lists what works "
+                  "without one.\n");
     }
 }
 
@@ -84,6 +85,7 @@ TEST_F(DispatchTest, TheWindowIsAProgramOfItsOwnBesideThisOne) {
     fs::create_directories(program / "lib/roamly");
     fs::copy_file(ROAMLY_PROGRAM, program / "bin/roamly");
     program.setProgram(program / "bin/roamly");
+    program.setEnvironment("LD_LIBRARY_PATH", ROAMLY_LIBRARIES);
     program.setEnvironment("DISPLAY", ":77");
     expectFailure(1, {"p.roamly"});
 

@@ -1,7 +1,9 @@
 #include "EndToEndTest.h"
 
 #include <Foundation/AtomicFile.h>
+
 #include <Support/TestPhotos.h>
+#include <Support/TestTone.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -37,21 +39,7 @@ void EndToEndTest::makeProject() {
 }
 
 void EndToEndTest::writeTone(std::string_view file) {
-    constexpr std::uint32_t rate = 8000;
-    std::string samples;
-    for (std::uint32_t i = 0; i < rate; ++i)
-        samples += static_cast<char>(i / 10 % 2 == 0 ? 0x60 : 0xA0);
-    const auto little = [](std::uint32_t number, int length) {
-        std::string bytes;
-        for (int i = 0; i < length; ++i)
-            bytes += static_cast<char>(number >> (8 * i) & 0xFF);
-        return bytes;
-    };
-    // One channel of eight bits a sample.
-    Foundation::writeFileAtomically(program / file, "RIFF" + little(36 + rate, 4) + "WAVEfmt " +
-                                                        little(16, 4) + little(1, 2) + little(1, 2) +
-                                                        little(rate, 4) + little(rate, 4) + little(1, 2) +
-                                                        little(8, 2) + "data" + little(rate, 4) + samples);
+    TestTone::write(program / file);
 }
 
 std::string EndToEndTest::text(std::string_view file) const {

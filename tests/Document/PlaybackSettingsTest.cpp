@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-using ProjectModel::ChapterStyle;
-using ProjectModel::ProjectSettings;
 using Document::AppSettings;
 using Document::effectiveSettings;
+using ProjectModel::ChapterStyle;
+using ProjectModel::ProjectSettings;
 
 TEST(PlaybackSettingsTest, WithoutAnySettingTheDefaultsHold) {
     const Timeline::EffectiveSettings settings = effectiveSettings(ProjectSettings{}, AppSettings{});

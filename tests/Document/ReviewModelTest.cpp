@@ -1,17 +1,16 @@
-#include <Foundation/Bookmark.h>
 #include <Roamly/Document/ReviewModel.h>
-#include <Support/TestPhotos.h>
 
+#include <Support/TestPhotos.h>
 #include <gtest/gtest.h>
 
 #include <vector>
 
+using Document::ProjectDocument;
+using Document::ReviewModel;
 using Foundation::Uuid;
 using ProjectModel::PhotoItem;
 using ProjectModel::Project;
 using ProjectModel::Provenance;
-using Document::ProjectDocument;
-using Document::ReviewModel;
 using TestPhotos::item;
 using TestPhotos::uuid;
 
@@ -65,7 +64,7 @@ TEST(ReviewModelTest, WhiteSpaceInsideACaptionStays) {
 TEST(ReviewModelTest, LaterGeneratedCaptionsLeaveTheUsersAlone) {
     ProjectDocument document{projectOf(1)};
     ReviewModel{document}.setCaption("mine", uuid(1));
-    document.edit([](Project& project) { project.applyGeneratedCaption("generated", uuid(1)); });
+    document.edit("Generate", [](Project& project) { project.applyGeneratedCaption("generated", uuid(1)); });
     EXPECT_EQ(document.project().photos[0].caption, "mine");
 }
 
@@ -77,8 +76,7 @@ TEST(ReviewModelTest, MovingAPhotoOnceSetsManualOrderAndAFollowingImportKeepsThe
 
     PhotoItem early = item(9, "/photos/9.jpg");
     early.captureDate = Foundation::makeInstant(1999, 1, 1, 0, 0, 0);
-    Foundation::BookmarkResolver resolver;
-    document.edit([&](Project& project) { project.mergeImportedPhotos({early}, resolver); });
+    document.edit("Import", [&](Project& project) { project.mergeImportedPhotos({early}, {}); });
     EXPECT_EQ(order(document.project()), (std::vector{uuid(3), uuid(1), uuid(2), uuid(9)}));
 }
 
@@ -122,23 +120,23 @@ TEST(ReviewModelTest, SelectedCountCountsSelectedPhotosOnly) {
 TEST(ReviewModelTest, NamesOfPlacesAreTrimmedAndBlankOnesAreNone) {
     ProjectDocument document{projectOf(1)};
     ReviewModel review{document};
-    review.setPlace(" Ponta  Delgada\n", "\t\u00A0Portugal ", uuid(1));
+    review.setPlace(" Ponta  Delgada\n", "\t\u00A0Portugal ", {uuid(1)});
     EXPECT_EQ(document.project().photos[0].location,
               (ProjectModel::ResolvedLocation{"Ponta  Delgada", "Portugal", Provenance::user}));
-    review.setPlace(" \n", "Portugal", uuid(1));
+    review.setPlace(" \n", "Portugal", {uuid(1)});
     EXPECT_EQ(document.project().photos[0].location,
               (ProjectModel::ResolvedLocation{std::nullopt, "Portugal", Provenance::user}));
-    review.setPlace("", " ", uuid(1));
+    review.setPlace("", " ", {uuid(1)});
     EXPECT_FALSE(document.project().photos[0].location);
 }
 
 TEST(ReviewModelTest, PlaceIsTheUsersAndIsClearedByNamingNothing) {
     ProjectDocument document{projectOf(1)};
     ReviewModel review{document};
-    review.setPlace("Sintra", std::nullopt, uuid(1));
+    review.setPlace("Sintra", std::nullopt, {uuid(1)});
     EXPECT_EQ(document.project().photos[0].location,
               (ProjectModel::ResolvedLocation{"Sintra", std::nullopt, Provenance::user}));
-    review.setPlace(std::nullopt, std::nullopt, uuid(1));
+    review.setPlace(std::nullopt, std::nullopt, {uuid(1)});
     EXPECT_EQ(document.project().photos[0].location, std::nullopt);
 }
 
@@ -148,12 +146,35 @@ TEST(ReviewModelTest, RemovesOnlyTheNamedPhotos) {
     EXPECT_EQ(order(document.project()), (std::vector{uuid(1), uuid(3)}));
 }
 
-TEST(ReviewModelTest, EveryChangeIsToldToTheDocumentsListener) {
-    int changes = 0;
-    ProjectDocument document{projectOf(2), [&] { ++changes; }};
+TEST(ReviewModelTest, EveryChangeIsOneStepThatTellsItsName) {
+    ProjectDocument document{projectOf(3)};
     ReviewModel review{document};
+    std::vector<std::string> names;
+    const ProjectDocument::Subscription listening = document.addListener(
+        [&](const Document::ProjectDifference&) { names.push_back(document.undoName().value_or("")); });
     review.toggleSelection(uuid(1));
+    review.setSelection(true, {uuid(1), uuid(2)});
     review.setCaption("x", uuid(1));
     review.movePhotos({1}, 0);
-    EXPECT_EQ(changes, 3);
+    review.sortByDate();
+    review.setPlace("Sintra", std::nullopt, {uuid(1), uuid(2)});
+    review.setPlace("", "", {uuid(1)});
+    review.removePhotos({uuid(1), uuid(3)});
+    EXPECT_EQ(names, (std::vector<std::string>{"Leave Out 1 Photo", "Select 2 Photos", "Edit Caption",
+                                               "Move 1 Photo", "Sort by Date", "Set Place", "Clear Place",
+                                               "Remove 2 Photos"}));
+}
+
+TEST(ReviewModelTest, TypingInOneCaptionIsOneStepAndInAnotherTheNext) {
+    const Project before = projectOf(2);
+    ProjectDocument document{before};
+    ReviewModel review{document};
+    for (const char* text : {"S", "Si", "Sin"})
+        review.setCaption(text, uuid(1));
+    review.setCaption("B", uuid(2));
+    document.undo();
+    EXPECT_EQ(document.project().photos[0].caption, "Sin");
+    document.undo();
+    EXPECT_EQ(document.project(), before);
+    EXPECT_FALSE(document.canUndo());
 }

@@ -1,7 +1,6 @@
-#include <Support/PrivateKeyring.h>
-
 #include <Roamly/Platform/KeychainStore.h>
 
+#include <Support/PrivateKeyring.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -16,8 +15,6 @@
 namespace {
 
 using namespace Platform;
-using namespace Document;
-using namespace Jobs;
 
 const KeychainStore::LegacyKey noLegacyKey{[] { return std::optional<std::string>{}; }, [] {}};
 

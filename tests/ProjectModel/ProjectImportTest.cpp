@@ -17,7 +17,9 @@ using std::chrono::seconds;
 
 void merge(Project& project, const std::vector<PhotoItem>& incoming) {
     Foundation::BookmarkResolver resolver;
-    project.mergeImportedPhotos(incoming, resolver);
+    IdentityKeys keys = identityKeys(project.photos, resolver);
+    keys.merge(identityKeys(incoming, resolver));
+    project.mergeImportedPhotos(incoming, keys);
 }
 
 /// A library photo that is told apart by its name, taken `second` seconds after midnight, or undated.

@@ -9,7 +9,7 @@
 #include <Roamly/Document/CaptionProvider.h>
 #include <Roamly/Jobs/CaptionController.h>
 #include <Roamly/Platform/CaptionEngine.h>
-#include <Roamly/Platform/KeychainStore.h>
+#include <Roamly/Platform/OpenRouterKey.h>
 #include <Roamly/Platform/SettingsStore.h>
 
 namespace CommandLine {
@@ -28,8 +28,8 @@ AIProvider provider(const Invocation& invocation, const ProjectModel::Project& p
     const std::optional<AIProvider> chosen = ProjectModel::aiProviderFromRawValue(*typed);
     if (!chosen)
         throw UsageError("“" + *typed + "” is no provider; it is apple, ollama or openRouter.");
-    if (Document::needsPrivacyConfirmation(*chosen, inEffect))
-        confirmPrivacy(*chosen, invocation.arguments.has("--yes"), invocation.console, invocation.stop);
+    if (const auto confirmation = Document::privacyConfirmation(*chosen, inEffect))
+        confirm(*confirmation, invocation.arguments.has("--yes"), invocation.console, invocation.stop);
     return *chosen;
 }
 
@@ -40,14 +40,12 @@ int run(const Invocation& invocation) {
 
     ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Long, invocation};
     const Document::AppSettings settings = Platform::SettingsStore{}.load();
-    if (!session.project().settings.aiCaptionsEnabled.value_or(settings.aiCaptionsEnabled))
-        throw Failure(std::string{Document::aiCaptionsAreOff});
+    Document::checkAllowsAICaptions(session.project().settings, settings);
     const AIProvider chosen = provider(invocation, session.project(), settings);
-    if (sendsPhotosToCloud(chosen)) {
-        invocation.console.say(Document::privacyAlert(chosen));
-        if (!Platform::KeychainStore::isAvailable())
-            invocation.console.warn(
-                "There is no Secret Service on this session, so that no API key can be read.");
+    if (const auto alert = Document::privacyAlert(chosen)) {
+        invocation.console.say(*alert);
+        if (const auto problem = Platform::OpenRouterKey::readingProblem())
+            invocation.console.warn(*problem);
     }
 
     CaptionController* running = nullptr;

@@ -34,8 +34,8 @@ struct Command {
     /// What else a newcomer should know.
     std::string_view details = {};
     std::vector<std::string_view> examples = {};
-    /// Returns an ExitStatus, or throws UsageError, Failure, Foundation::Cancelled or any std::exception
-    /// whose text is a sentence.
+    /// Returns an ExitStatus, or throws UsageError, Failure, Document::Refusal, Foundation::Cancelled or any
+    /// std::exception whose text is a sentence.
     std::function<int(const Invocation&)> run;
 };
 

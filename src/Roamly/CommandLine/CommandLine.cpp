@@ -11,6 +11,7 @@
 #include <Roamly/CommandLine/Prompt.h>
 #include <Roamly/CommandLine/Suggestion.h>
 #include <Roamly/CommandLine/Version.h>
+#include <Roamly/Document/Refusal.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -79,6 +80,11 @@ int runCommand(const Command& command, const std::vector<std::string>& words) {
         return command.run({arguments, console, interruption.token()});
     } catch (const UsageError& error) {
         return failMisuse(error.what(), name + " --help");
+    } catch (const Document::Refusal& refusal) {
+        if (isMisuse(refusal.kind()))
+            return failMisuse(refusal.what(), name + " --help");
+        printFailure(refusal.what());
+        return ExitStatus::failed;
     } catch (const Foundation::Cancelled&) {
         printFailure("Interrupted.");
         return ExitStatus::interrupted;

@@ -2,7 +2,7 @@
 #include <Roamly/CommandLine/Drawing.h>
 #include <Roamly/CommandLine/Exporting.h>
 #include <Roamly/CommandLine/JsonForms.h>
-#include <Roamly/CommandLine/OutputFile.h>
+#include <Roamly/Document/OutputFile.h>
 #include <Roamly/Document/ProjectStore.h>
 #include <Roamly/Platform/SettingsStore.h>
 
@@ -15,9 +15,9 @@ int run(const Invocation& invocation) {
     const std::filesystem::path output = invocation.arguments.requiredValue("--output");
     const Document::AppSettings settings = Platform::SettingsStore{}.load();
     const Export::ExportPreset preset = exportPreset(invocation.arguments, settings);
-    OutputFile::checkIsWritable(output);
+    Document::OutputFile::checkIsWritable(output);
     const ProjectModel::Project project = Document::ProjectStore::load(projectFile).project;
-    OutputFile::checkIsNoInput(output, projectFile, project);
+    Document::OutputFile::checkIsNoInput(output, projectFile, project);
 
     const Drawing drawing;
     const std::set<Foundation::Uuid> failed = exportMovie(project, settings, preset, output, invocation);

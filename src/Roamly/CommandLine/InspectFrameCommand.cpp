@@ -4,9 +4,9 @@
 #include <Roamly/CommandLine/Drawing.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/JsonForms.h>
-#include <Roamly/CommandLine/OutputFile.h>
 #include <Roamly/CommandLine/ProjectTimeline.h>
 #include <Roamly/CommandLine/Values.h>
+#include <Roamly/Document/OutputFile.h>
 #include <Roamly/Jobs/ExportController.h>
 #include <Roamly/Platform/SlideshowFrames.h>
 #include <Timeline/Playhead.h>
@@ -39,9 +39,9 @@ int run(const Invocation& invocation) {
     const double time = Values::number(arguments.requiredValue("--at"), "--at");
     const Frames::FrameSize size = Values::frameSize(arguments.value("--size").value_or("1920x1080"));
     const std::filesystem::path output = arguments.requiredValue("--output");
-    OutputFile::checkIsWritable(output);
+    Document::OutputFile::checkIsWritable(output);
     const ProjectTimeline loaded = loadTimeline(projectFile);
-    OutputFile::checkIsNoInput(output, projectFile, loaded.project);
+    Document::OutputFile::checkIsNoInput(output, projectFile, loaded.project);
 
     const Drawing drawing;
     const std::unique_ptr<Frames::FrameSource> frames =

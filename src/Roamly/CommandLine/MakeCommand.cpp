@@ -5,9 +5,9 @@
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Importing.h>
 #include <Roamly/CommandLine/JsonForms.h>
-#include <Roamly/CommandLine/Music.h>
-#include <Roamly/CommandLine/OutputFile.h>
 #include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/Document/OutputFile.h>
+#include <Roamly/Document/ProjectMusic.h>
 #include <Roamly/Document/ProjectStore.h>
 #include <Roamly/Platform/SettingsStore.h>
 
@@ -30,13 +30,14 @@ Jobs::ImportOutcome fillProject(Document::ProjectDocument& document, const Wishe
                                 const Invocation& invocation) {
     if (wishes.music)
         document.edit("Choose Music", [&](Project& project) { project.userSetMusic(wishes.music); });
-    checkMusicIsPlayable(document.project(), invocation.stop);
+    Document::checkMusicIsPlayable(document.project(), invocation.stop);
     const std::vector<std::string>& folders = invocation.arguments.positionals();
     Jobs::ImportOutcome outcome = importFolders(document, folders, invocation);
     if (outcome.notices.size() == folders.size())
         throw Failure("No movie was made.");
     invocation.console.say(addedSentence(outcome, document.project()));
-    OutputFile::checkIsNoInput(wishes.output, wishes.projectFile.value_or(std::string{}), document.project());
+    Document::OutputFile::checkIsNoInput(wishes.output, wishes.projectFile.value_or(std::string{}),
+                                         document.project());
     (void)analyze(document, wishes.settings, invocation);
     return outcome;
 }
@@ -70,14 +71,13 @@ int run(const Invocation& invocation) {
                   .music = std::nullopt,
                   .settings = Platform::SettingsStore{}.load()};
     const Export::ExportPreset preset = exportPreset(arguments, wishes.settings);
-    OutputFile::checkIsWritable(wishes.output);
+    Document::OutputFile::checkIsWritable(wishes.output);
     if (wishes.projectFile) {
-        if (wishes.output.lexically_normal() == std::filesystem::path{*wishes.projectFile}.lexically_normal())
-            throw UsageError("The movie and the project can’t be the same file.");
-        OutputFile::checkIsWritable(*wishes.projectFile);
+        Document::OutputFile::checkIsNotTheProject(wishes.output, *wishes.projectFile);
+        Document::OutputFile::checkIsWritable(*wishes.projectFile);
     }
     if (const std::optional<std::string> file = arguments.value("--music"))
-        wishes.music = musicSelection(*file);
+        wishes.music = Document::musicSelection(*file);
 
     const Drawing drawing;
     const Prepared prepared = prepare(wishes, invocation);

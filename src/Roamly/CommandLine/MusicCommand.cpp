@@ -1,8 +1,7 @@
-#include <Foundation/DisplayText.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
-#include <Roamly/CommandLine/Music.h>
 #include <Roamly/CommandLine/Reviewing.h>
+#include <Roamly/Document/ProjectMusic.h>
 
 namespace CommandLine {
 
@@ -15,10 +14,9 @@ int run(const Invocation& invocation) {
         throw UsageError(isNone ? "--none goes without a FILE." : "A FILE or --none is missing.");
     std::optional<ProjectModel::MusicSelection> music;
     if (!isNone) {
-        music = musicSelection(files[0]);
-        if (!isPlayable(files[0], invocation.stop))
-            invocation.console.warn("“" + Foundation::displayText(files[0]) +
-                                    "” can’t be played; no movie can be made with it.");
+        music = Document::musicSelection(files[0]);
+        if (!Document::isPlayable(files[0], invocation.stop))
+            invocation.console.warn(Document::notPlayableWarning(files[0]));
     }
     return changeProject(invocation, [&](Document::ProjectDocument& document) {
         document.edit(music ? "Choose Music" : "Remove Music",

@@ -2,7 +2,6 @@
 #include <Foundation/Text.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Prompt.h>
-#include <Roamly/Document/CaptionProvider.h>
 
 #include <poll.h>
 #include <termios.h>
@@ -102,16 +101,15 @@ std::string askSecret(std::string_view question, const std::stop_token& stop) {
     return std::string{Foundation::trimmed(readInput(true, stop))};
 }
 
-void confirmPrivacy(ProjectModel::AIProvider chosen, bool saidYes, Console& console,
-                    const std::stop_token& stop) {
+void confirm(const Document::PrivacyConfirmation& confirmation, bool saidYes, Console& console,
+             const std::stop_token& stop) {
     if (saidYes)
         return;
-    const std::string provider{displayName(chosen)};
-    console.warn(std::string{Document::privacyConfirmationTitle} + "\n" +
-                 Document::privacyConfirmationMessage(chosen));
+    console.warn(std::string{confirmation.title} + "\n" + confirmation.message);
     if (!canAsk())
-        throw Failure("Choosing " + provider + " must be confirmed with --yes.");
-    if (!askYesNo("Use " + provider + "?", stop))
+        throw Failure("Choosing " + std::string{displayName(confirmation.provider)} +
+                      " must be confirmed with --yes.");
+    if (!askYesNo(confirmation.agreement + "?", stop))
         throw Failure("Nothing was changed and nothing was sent.");
 }
 

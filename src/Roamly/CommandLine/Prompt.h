@@ -1,7 +1,7 @@
 #pragma once
 
-#include <ProjectModel/AIProvider.h>
 #include <Roamly/CommandLine/Console.h>
+#include <Roamly/Document/CaptionProvider.h>
 
 #include <stop_token>
 #include <string>
@@ -23,10 +23,9 @@ namespace CommandLine {
 /// end without unwinding. Thread-safe.
 void restoreTerminal();
 
-/// What a choice of a provider that receives the photos needs: says what happens to them and asks, on a
-/// terminal; elsewhere the user must have said --yes. Throws Failure when they did not,
-/// Foundation::Cancelled.
-void confirmPrivacy(ProjectModel::AIProvider chosen, bool saidYes, Console& console,
-                    const std::stop_token& stop);
+/// Gets the user's consent: says what it is about and asks, on a terminal; elsewhere the user must have said
+/// --yes. Throws Failure when they did not, Foundation::Cancelled.
+void confirm(const Document::PrivacyConfirmation& confirmation, bool saidYes, Console& console,
+             const std::stop_token& stop);
 
 } // namespace CommandLine

@@ -51,12 +51,11 @@ int run(const Invocation& invocation) {
             key.clear(after);
         } else {
             key.assign(after, text);
-            // Going over to a provider that receives the photos needs the user's consent.
-            if (after.aiProvider &&
-                Document::needsPrivacyConfirmation(
-                    *after.aiProvider, effectiveProvider(before, Platform::SettingsStore{}.load())))
-                confirmPrivacy(*after.aiProvider, arguments.has("--yes"), invocation.console,
-                               invocation.stop);
+            if (after.aiProvider) {
+                const auto inEffect = effectiveProvider(before, Platform::SettingsStore{}.load());
+                if (const auto confirmation = Document::privacyConfirmation(*after.aiProvider, inEffect))
+                    confirm(*confirmation, arguments.has("--yes"), invocation.console, invocation.stop);
+            }
         }
         document.edit("Change Settings",
                       [&](ProjectModel::Project& project) { project.userSetSettings(after); });

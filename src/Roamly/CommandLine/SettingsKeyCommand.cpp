@@ -1,16 +1,13 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Prompt.h>
-#include <Roamly/Jobs/CaptionController.h>
-#include <Roamly/Platform/CaptionEngine.h>
-#include <Roamly/Platform/KeychainStore.h>
+#include <Roamly/Platform/OpenRouterKey.h>
 
 namespace CommandLine {
 
 namespace {
 
-constexpr const char* noSecretService = "There is no Secret Service on this session (GNOME Keyring or "
-                                        "KWallet, say), which alone may keep the key.";
+namespace OpenRouterKey = Platform::OpenRouterKey;
 
 void report(const Invocation& invocation, bool isStored) {
     invocation.console.report([isStored](Foundation::JsonWriter& json) {
@@ -18,33 +15,34 @@ void report(const Invocation& invocation, bool isStored) {
     });
 }
 
+void keep(const std::string& key) {
+    if (const auto problem = OpenRouterKey::keep(key))
+        throw Failure(std::string{*problem});
+}
+
 int setKey(const Invocation& invocation) {
     const std::string key = askSecret("OpenRouter API key:", invocation.stop);
     if (key.empty())
         throw Failure("No key was given; “roamly settings key clear” removes the stored one.");
-    if (!Platform::KeychainStore::save(key))
-        throw Failure(Platform::KeychainStore::isAvailable() ? "The Secret Service did not take the key."
-                                                             : noSecretService);
-    invocation.console.say("The key is stored in your keyring.");
+    keep(key);
+    invocation.console.say(OpenRouterKey::isKept);
     report(invocation, true);
     return ExitStatus::done;
 }
 
 int clearKey(const Invocation& invocation) {
-    if (!Platform::KeychainStore::save(""))
-        throw Failure(Platform::KeychainStore::isAvailable() ? "The Secret Service did not remove the key."
-                                                             : noSecretService);
-    invocation.console.say("No key is stored.");
+    keep("");
+    invocation.console.say(OpenRouterKey::isNotStored);
     report(invocation, false);
     return ExitStatus::done;
 }
 
 int showStatus(const Invocation& invocation) {
-    const bool isStored = !Platform::storedOpenRouterKey().empty();
-    if (!isStored && !Platform::KeychainStore::isAvailable())
-        invocation.console.warn(noSecretService);
-    invocation.console.say(isStored ? "A key is stored." : "No key is stored.");
-    report(invocation, isStored);
+    const OpenRouterKey::Status status = OpenRouterKey::status();
+    if (status.problem)
+        invocation.console.warn(*status.problem);
+    invocation.console.say(status.sentence);
+    report(invocation, status.isStored);
     return ExitStatus::done;
 }
 

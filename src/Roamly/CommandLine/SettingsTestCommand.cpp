@@ -1,57 +1,38 @@
-#include <Captioning/OllamaCaptioner.h>
-#include <Captioning/OpenRouterCaptioner.h>
 #include <Foundation/Cancellation.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
-#include <Roamly/Jobs/CaptionController.h>
 #include <Roamly/Platform/CaptionEngine.h>
-#include <Roamly/Platform/KeychainStore.h>
+#include <Roamly/Platform/ConnectionTest.h>
+#include <Roamly/Platform/OpenRouterKey.h>
 
 namespace CommandLine {
 
 namespace {
 
-struct Outcome {
-    bool isGood = false;
-    const char* text = "";
-};
+namespace ConnectionTest = Platform::ConnectionTest;
 
-Outcome testOllama(const Jobs::CaptionEnvironment& environment, const std::stop_token& stop) {
+ConnectionTest::Outcome test(const std::string& backend, const Invocation& invocation) {
+    const Jobs::CaptionEnvironment environment = Platform::systemCaptionEnvironment();
     const Document::AppSettings settings = environment.settings();
-    const Captioning::OllamaCaptioner captioner{Jobs::CaptionController::ollamaURL(settings),
-                                                settings.ollamaModel, std::nullopt, environment.transport};
-    const bool isGood = captioner.testConnection(stop);
-    return {isGood, isGood ? "Connected ✓" : "Not reachable"};
-}
-
-Outcome testOpenRouter(const Jobs::CaptionEnvironment& environment, const std::stop_token& stop) {
-    const Captioning::OpenRouterCaptioner captioner{environment.openRouterKey(),
-                                                    environment.settings().openRouterModel, std::nullopt,
-                                                    environment.transport, environment.openRouterBaseURL};
-    const bool isGood = captioner.testConnection(stop);
-    return {isGood, isGood ? "Key valid ✓" : "Invalid key or offline"};
+    if (backend == "ollama")
+        return ConnectionTest::ollama(settings.ollamaBaseURL, settings.ollamaModel, environment.transport,
+                                      invocation.stop);
+    if (backend != "openRouter")
+        throw UsageError("“" + backend + "” is none of ollama and openRouter.");
+    if (const auto problem = Platform::OpenRouterKey::readingProblem())
+        invocation.console.warn(*problem);
+    return ConnectionTest::openRouter(environment.openRouterKey(), settings.openRouterModel,
+                                      environment.transport, environment.openRouterBaseURL, invocation.stop);
 }
 
 int run(const Invocation& invocation) {
-    const std::string& backend = invocation.arguments.positionals()[0];
-    const Jobs::CaptionEnvironment environment = Platform::systemCaptionEnvironment();
-    Outcome outcome;
-    if (backend == "ollama") {
-        outcome = testOllama(environment, invocation.stop);
-    } else if (backend == "openRouter") {
-        if (!Platform::KeychainStore::isAvailable())
-            invocation.console.warn(
-                "There is no Secret Service on this session, so that no API key can be read.");
-        outcome = testOpenRouter(environment, invocation.stop);
-    } else {
-        throw UsageError("“" + backend + "” is none of ollama and openRouter.");
-    }
+    const ConnectionTest::Outcome outcome = test(invocation.arguments.positionals()[0], invocation);
     Foundation::throwIfStopped(invocation.stop);
     invocation.console.report([&](Foundation::JsonWriter& json) {
         json.beginObject().member("ok", outcome.isGood).member("status", outcome.text).endObject();
     });
     if (!outcome.isGood)
-        throw Failure(outcome.text);
+        throw Failure(std::string{outcome.text});
     invocation.console.say(outcome.text);
     return ExitStatus::done;
 }

@@ -1,25 +1,46 @@
 #include <Roamly/Document/CaptionProvider.h>
+#include <Roamly/Document/Refusal.h>
 
 namespace Document {
 
 using ProjectModel::AIProvider;
+using ProjectModel::ProjectSettings;
 
-AIProvider effectiveProvider(const ProjectModel::ProjectSettings& project, const AppSettings& user) {
+AIProvider effectiveProvider(const ProjectSettings& project, const AppSettings& user) {
     return project.aiProvider.value_or(user.defaultAIProvider);
 }
 
-bool needsPrivacyConfirmation(AIProvider chosen, AIProvider inEffect) {
-    return sendsPhotosToCloud(chosen) && chosen != inEffect;
+std::optional<PrivacyConfirmation> privacyConfirmation(AIProvider chosen, AIProvider inEffect) {
+    if (!sendsPhotosToCloud(chosen) || chosen == inEffect)
+        return std::nullopt;
+    const std::string name{displayName(chosen)};
+    return PrivacyConfirmation{chosen, "Privacy: photos leave your Mac",
+                               name + " captions in the cloud. Each selected photo is uploaded to generate "
+                                      "its caption — it does not stay on "
+                                      "your Mac. Apple and Ollama caption locally instead.",
+                               "Use " + name};
 }
 
-std::string privacyAlert(AIProvider inEffect) {
+std::optional<std::string> privacyAlert(AIProvider inEffect) {
+    if (!sendsPhotosToCloud(inEffect))
+        return std::nullopt;
     return "Privacy alert — Photos are sent to " + std::string{displayName(inEffect)};
 }
 
-std::string privacyConfirmationMessage(AIProvider chosen) {
-    return std::string{displayName(chosen)} + " captions in the cloud. Each selected photo is uploaded to "
-                                              "generate its caption — it does not stay on "
-                                              "your Mac. Apple and Ollama caption locally instead.";
+bool allowsAICaptions(const ProjectSettings& project, const AppSettings& user) {
+    return project.aiCaptionsEnabled.value_or(user.aiCaptionsEnabled);
+}
+
+std::string generateCaptionsHelp(const ProjectSettings& project, const AppSettings& user) {
+    if (!allowsAICaptions(project, user))
+        return "Turn on “Generate captions with AI” in Project Settings first";
+    return "Generate captions for the selected photos with " +
+           std::string{displayName(effectiveProvider(project, user))};
+}
+
+void checkAllowsAICaptions(const ProjectSettings& project, const AppSettings& user) {
+    if (!allowsAICaptions(project, user))
+        throw Refusal(Refusal::Kind::aiCaptionsOff, generateCaptionsHelp(project, user));
 }
 
 } // namespace Document

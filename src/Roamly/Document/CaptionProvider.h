@@ -4,6 +4,7 @@
 #include <ProjectModel/ProjectSettings.h>
 #include <Roamly/Document/AppSettings.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,21 +14,39 @@ namespace Document {
 [[nodiscard]] ProjectModel::AIProvider effectiveProvider(const ProjectModel::ProjectSettings& project,
                                                          const AppSettings& user);
 
-/// True when choosing the provider means that photos begin to leave the machine, which the user must confirm
-/// first. Going on with the cloud provider, or leaving it, never asks.
-[[nodiscard]] bool needsPrivacyConfirmation(ProjectModel::AIProvider chosen,
-                                            ProjectModel::AIProvider inEffect);
+/// What the user must agree to before a provider is used that receives the photos. Whoever asks goes on only
+/// after a clear yes.
+struct PrivacyConfirmation {
+    ProjectModel::AIProvider provider;
+    std::string_view title;
+    /// What happens to the photos.
+    std::string message;
+    /// What agreeing is called, "Use OpenRouter (cloud)".
+    std::string agreement;
 
-inline constexpr std::string_view privacyConfirmationTitle = "Privacy: photos leave your Mac";
-/// What a run with a provider that receives the photos says while it begins.
-[[nodiscard]] std::string privacyAlert(ProjectModel::AIProvider inEffect);
+    friend bool operator==(const PrivacyConfirmation&, const PrivacyConfirmation&) = default;
+};
+
+/// Choosing a provider asks when photos begin to leave the computer with it. Going on with the cloud
+/// provider, or leaving it, never asks.
+[[nodiscard]] std::optional<PrivacyConfirmation> privacyConfirmation(ProjectModel::AIProvider chosen,
+                                                                     ProjectModel::AIProvider inEffect);
+
+/// What is shown for as long as a provider is in effect that receives the photos; nothing for the others.
+[[nodiscard]] std::optional<std::string> privacyAlert(ProjectModel::AIProvider inEffect);
+
 /// What the providers do with photos, for whoever chooses the one for all projects.
 inline constexpr std::string_view providersNote =
     "Apple and Ollama caption on this Mac. OpenRouter sends each photo to the cloud.";
-/// Why captions cannot be generated for a project that has them turned off.
-inline constexpr std::string_view aiCaptionsAreOff =
-    "Turn on “Generate captions with AI” in Project Settings first";
-/// What the user has to know before confirming.
-[[nodiscard]] std::string privacyConfirmationMessage(ProjectModel::AIProvider chosen);
+
+/// Whether captions may be generated: as the project says, otherwise as the user does.
+[[nodiscard]] bool allowsAICaptions(const ProjectModel::ProjectSettings& project, const AppSettings& user);
+
+/// What generating captions would do, or why it can't be done.
+[[nodiscard]] std::string generateCaptionsHelp(const ProjectModel::ProjectSettings& project,
+                                               const AppSettings& user);
+
+/// Throws Refusal: aiCaptionsOff, with the same words.
+void checkAllowsAICaptions(const ProjectModel::ProjectSettings& project, const AppSettings& user);
 
 } // namespace Document

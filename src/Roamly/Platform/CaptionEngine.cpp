@@ -3,7 +3,7 @@
 #include <Roamly/Platform/AnalysisEngine.h>
 #include <Roamly/Platform/AppImageProvider.h>
 #include <Roamly/Platform/CaptionEngine.h>
-#include <Roamly/Platform/KeychainStore.h>
+#include <Roamly/Platform/OpenRouterKey.h>
 #include <Roamly/Platform/SettingsStore.h>
 
 #include <Http/Url.h>
@@ -51,17 +51,10 @@ Captioning::ImageClassifier lazyClassifier() {
 
 } // namespace
 
-std::string storedOpenRouterKey() {
-    SettingsStore settings;
-    return KeychainStore::load({[&settings] { return settings.legacyOpenRouterKey(); },
-                                [&settings] { settings.removeLegacyOpenRouterKey(); }})
-        .value_or("");
-}
-
 Jobs::CaptionEnvironment systemCaptionEnvironment() {
     return {
         .settings = [] { return SettingsStore{}.load(); },
-        .openRouterKey = storedOpenRouterKey,
+        .openRouterKey = OpenRouterKey::stored,
         .image = [provider = AppImageProvider{captionedPhotoMaxPixel}](
                      const ProjectModel::PhotoRef& ref) { return provider.image(ref); },
         .classify = lazyClassifier(),

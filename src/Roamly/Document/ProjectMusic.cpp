@@ -3,19 +3,20 @@
 #include <Foundation/Bookmark.h>
 #include <Foundation/Cancellation.h>
 #include <Foundation/DisplayText.h>
-#include <Roamly/CommandLine/Failures.h>
-#include <Roamly/CommandLine/Music.h>
+#include <Roamly/Document/ProjectMusic.h>
+#include <Roamly/Document/Refusal.h>
 
-namespace CommandLine {
+namespace Document {
 
 ProjectModel::MusicSelection musicSelection(const std::filesystem::path& file) {
     std::error_code error;
     if (!std::filesystem::exists(file, error))
-        throw Failure("There is no music file “" + Foundation::displayText(file) + "”.");
+        throw Refusal(Refusal::Kind::noMusic, "There is no music file " + Foundation::quotedText(file) + ".");
     const std::optional<Foundation::Bytes> bookmark =
         std::filesystem::is_regular_file(file, error) ? Foundation::makeBookmark(file) : std::nullopt;
     if (!bookmark)
-        throw Failure("“" + Foundation::displayText(file) + "” is not a file that music can be read from.");
+        throw Refusal(Refusal::Kind::noMusic,
+                      Foundation::quotedText(file) + " is not a file that music can be read from.");
     return {*bookmark, Foundation::displayText(file.filename())};
 }
 
@@ -29,12 +30,17 @@ bool isPlayable(const std::filesystem::path& file, const std::stop_token& stop) 
     }
 }
 
+std::string notPlayableWarning(const std::filesystem::path& file) {
+    return Foundation::quotedText(file) + " can’t be played; no movie can be made with it.";
+}
+
 void checkMusicIsPlayable(const ProjectModel::Project& project, const std::stop_token& stop) {
     if (!project.music)
         return;
     const auto file = Foundation::BookmarkResolver{}.resolvedFile(project.music->bookmark);
     if (file && !isPlayable(*file, stop))
-        throw Failure("The music “" + Foundation::displayText(*file) + "” can’t be played.");
+        throw Refusal(Refusal::Kind::musicNotPlayable,
+                      "The music " + Foundation::quotedText(*file) + " can’t be played.");
 }
 
-} // namespace CommandLine
+} // namespace Document
