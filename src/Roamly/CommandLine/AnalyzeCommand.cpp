@@ -2,7 +2,7 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Counted.h>
 #include <Roamly/CommandLine/JsonForms.h>
-#include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/CommandLine/ProjectOpening.h>
 #include <Roamly/Document/ReviewModel.h>
 #include <Roamly/Platform/SettingsStore.h>
 
@@ -11,13 +11,13 @@ namespace CommandLine {
 namespace {
 
 int run(const Invocation& invocation) {
-    ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Long, invocation};
+    Document::DocumentSession session = openForLongWork(invocation.arguments.positionals()[0], invocation);
     if (invocation.arguments.has("--reset"))
         session.document().edit("Reset Analysis",
                                 [](ProjectModel::Project& project) { project.resetAnalysisSelection(); });
     const Jobs::AnalysisController::State state =
         analyze(session.document(), Platform::SettingsStore{}.load(), invocation);
-    session.save();
+    session.saveMerged(waitFor(invocation));
     const std::size_t selected = Document::ReviewModel{session.document()}.selectedCount();
     invocation.console.say("Analysed " + counted(session.project().photos.size(), "photo") + "; " +
                            std::to_string(selected) + " selected.");

@@ -3,7 +3,7 @@
 #include <Roamly/CommandLine/Counted.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/JsonForms.h>
-#include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/CommandLine/ProjectOpening.h>
 #include <Roamly/CommandLine/Prompt.h>
 #include <Roamly/CommandLine/Values.h>
 #include <Roamly/Document/CaptionProvider.h>
@@ -38,7 +38,7 @@ int run(const Invocation& invocation) {
     if (const std::optional<std::string> typed = invocation.arguments.value("--photo"))
         photo = Values::uuid(*typed);
 
-    ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Long, invocation};
+    Document::DocumentSession session = openForLongWork(invocation.arguments.positionals()[0], invocation);
     const Document::AppSettings settings = Platform::SettingsStore{}.load();
     Document::checkAllowsAICaptions(session.project().settings, settings);
     const AIProvider chosen = provider(invocation, session.project(), settings);
@@ -68,8 +68,9 @@ int run(const Invocation& invocation) {
         controller.run(session.document(), chosen);
     const std::exception_ptr unshown = await(
         queue, invocation.stop, [&] { return !controller.state().isRunning; }, [&] { controller.cancel(); });
-    // What arrived is in the document, also after an interruption, and is kept whatever else goes wrong.
-    session.save();
+    // What arrived is in the document, also after an interruption, and is kept whatever else goes wrong. No
+    // interruption ends the waiting for it.
+    session.saveMerged({.waiting = waitFor(invocation).waiting});
     if (unshown)
         std::rethrow_exception(unshown);
 

@@ -1,7 +1,7 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Importing.h>
 #include <Roamly/CommandLine/JsonForms.h>
-#include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/CommandLine/ProjectOpening.h>
 
 namespace CommandLine {
 
@@ -9,9 +9,9 @@ namespace {
 
 int run(const Invocation& invocation) {
     const std::span<const std::string> folders = invocation.arguments.positionalsFrom(1);
-    ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Long, invocation};
+    Document::DocumentSession session = openForLongWork(invocation.arguments.positionals()[0], invocation);
     const Jobs::ImportOutcome outcome = importFolders(session.document(), folders, invocation);
-    session.save();
+    session.saveMerged(waitFor(invocation));
     invocation.console.say(addedSentence(outcome, session.project()));
     invocation.console.report([&](Foundation::JsonWriter& json) {
         json.beginObject();

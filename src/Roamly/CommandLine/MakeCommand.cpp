@@ -5,7 +5,7 @@
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/Importing.h>
 #include <Roamly/CommandLine/JsonForms.h>
-#include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/CommandLine/ProjectOpening.h>
 #include <Roamly/Document/OutputFile.h>
 #include <Roamly/Document/ProjectMusic.h>
 #include <Roamly/Document/ProjectStore.h>
@@ -52,9 +52,9 @@ Prepared prepare(const Wishes& wishes, const Invocation& invocation) {
     const std::optional<std::string>& projectFile = wishes.projectFile;
     std::error_code ignored;
     if (projectFile && std::filesystem::exists(*projectFile, ignored)) {
-        ProjectSession session{*projectFile, ProjectSession::Work::Long, invocation};
+        Document::DocumentSession session = openForLongWork(*projectFile, invocation);
         Jobs::ImportOutcome outcome = fillProject(session.document(), wishes, invocation);
-        session.save();
+        session.saveMerged(waitFor(invocation));
         return {session.project(), std::move(outcome)};
     }
     Document::ProjectDocument document;

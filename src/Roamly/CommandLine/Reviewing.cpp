@@ -1,5 +1,5 @@
 #include <Roamly/CommandLine/Counted.h>
-#include <Roamly/CommandLine/ProjectSession.h>
+#include <Roamly/CommandLine/ProjectOpening.h>
 #include <Roamly/CommandLine/Reviewing.h>
 #include <Roamly/Document/ReviewModel.h>
 
@@ -7,9 +7,10 @@ namespace CommandLine {
 
 int changeProject(const Invocation& invocation,
                   const std::function<void(Document::ProjectDocument&)>& change) {
-    ProjectSession session{invocation.arguments.positionals()[0], ProjectSession::Work::Quick, invocation};
+    Document::DocumentSession session{invocation.arguments.positionals()[0], waitFor(invocation),
+                                      Document::DocumentSession::Lock::UntilWritten};
     change(session.document());
-    if (session.save()) {
+    if (session.save(waitFor(invocation))) {
         const std::size_t selected = Document::ReviewModel{session.document()}.selectedCount();
         invocation.console.say("Saved: " + counted(session.project().photos.size(), "photo") + ", " +
                                std::to_string(selected) + " selected.");

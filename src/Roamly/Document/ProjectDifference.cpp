@@ -54,26 +54,34 @@ std::vector<std::size_t> positionsAfter(const std::vector<PhotoItem>& before,
     return positions;
 }
 
-/// Fills in what became of the photos.
+/// Fills in what became of the photos. What is copied is counted first: a step holds no more than it needs.
 void comparePhotos(const std::vector<PhotoItem>& before, const std::vector<PhotoItem>& after,
                    ProjectDifference& result) {
     const std::vector<std::size_t> positions = positionsAfter(before, after);
     std::vector<std::size_t> origins(after.size(), none);
+    std::vector<std::size_t> changed;
+    std::size_t staying = 0;
     bool keepsOrder = true;
     std::size_t last = 0;
     for (std::size_t i = 0; i < before.size(); ++i) {
         const std::size_t position = positions[i];
-        if (position == none) {
-            result.removed.push_back({i, before[i]});
+        if (position == none)
             continue;
-        }
         keepsOrder = keepsOrder && position >= last;
         last = position;
-        // Counted among those that stay.
-        origins[position] = i - result.removed.size();
+        origins[position] = staying++;
         if (!(before[i] == after[position]))
-            result.changed.push_back({position, before[i], after[position]});
+            changed.push_back(i);
     }
+    result.changed.reserve(changed.size());
+    for (const std::size_t i : changed)
+        result.changed.push_back({positions[i], before[i], after[positions[i]]});
+    result.removed.reserve(before.size() - staying);
+    for (std::size_t i = 0; i < before.size(); ++i) {
+        if (positions[i] == none)
+            result.removed.push_back({i, before[i]});
+    }
+    result.inserted.reserve(after.size() - staying);
     for (std::size_t i = 0; i < after.size(); ++i) {
         if (origins[i] == none)
             result.inserted.push_back({i, after[i]});

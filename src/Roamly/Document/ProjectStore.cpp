@@ -76,8 +76,8 @@ void ProjectStore::checkIsUnchanged(const std::filesystem::path& path,
                                     const std::optional<FileVersion>& version) {
     const auto now = versionOf(path);
     if (now && now != version)
-        throw ProjectStoreError("The project " + quoted(path) +
-                                " was changed by another program meanwhile, so nothing was saved.");
+        throw SaveConflict("The project " + quoted(path) +
+                           " was changed by another program meanwhile, so nothing was saved.");
 }
 
 LoadedProject ProjectStore::load(const std::filesystem::path& path) {

@@ -16,6 +16,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// Nothing was written because another program wrote the file meanwhile.
+class SaveConflict : public ProjectStoreError {
+public:
+    using ProjectStoreError::ProjectStoreError;
+};
+
 struct LoadedProject {
     ProjectModel::Project project;
     /// The file is of an older layout and its sources got new identifiers, which last only once it is saved.
@@ -45,7 +51,7 @@ struct FileVersion {
 /// and leaves the file as it was.
 void save(const std::filesystem::path& path, const ProjectModel::Project& project);
 
-/// Throws ProjectStoreError when the file is another one than `version` tells: somebody else wrote it
+/// Throws SaveConflict when the file is another one than `version` tells: somebody else wrote it
 /// meanwhile, and saving would take that away. A file that is gone is no obstacle.
 void checkIsUnchanged(const std::filesystem::path& path, const std::optional<FileVersion>& version);
 

@@ -1,5 +1,5 @@
 #include <Foundation/Cancellation.h>
-#include <Roamly/CommandLine/ProjectLock.h>
+#include <Roamly/Document/ProjectLock.h>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -10,7 +10,7 @@
 #include <chrono>
 #include <thread>
 
-namespace CommandLine {
+namespace Document {
 
 namespace {
 
@@ -28,8 +28,7 @@ bool isStillAt(int descriptor, const std::filesystem::path& path) {
 
 } // namespace
 
-ProjectLock::ProjectLock(const std::filesystem::path& project, const std::stop_token& stop,
-                         const std::function<void()>& waiting) {
+ProjectLock::ProjectLock(const std::filesystem::path& project, const LockWait& wait) {
     bool hasTold = false;
     while (true) {
         m_descriptor = ::open(project.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
@@ -38,12 +37,12 @@ ProjectLock::ProjectLock(const std::filesystem::path& project, const std::stop_t
         while (::flock(m_descriptor, LOCK_EX | LOCK_NB) != 0) {
             if (errno != EWOULDBLOCK && errno != EINTR)
                 return;
-            if (stop.stop_requested()) {
+            if (wait.stop.stop_requested()) {
                 ::close(m_descriptor);
                 throw Foundation::Cancelled{};
             }
-            if (!hasTold)
-                waiting();
+            if (!hasTold && wait.waiting)
+                wait.waiting();
             hasTold = true;
             std::this_thread::sleep_for(retryInterval);
         }
@@ -58,4 +57,4 @@ ProjectLock::~ProjectLock() {
         ::close(m_descriptor);
 }
 
-} // namespace CommandLine
+} // namespace Document
