@@ -1,4 +1,3 @@
-#include <Roamly/Document/CaptionProvider.h>
 #include <Roamly/Window/Shell/Situation.h>
 
 namespace Shell {
@@ -18,14 +17,13 @@ ActionState step(std::string_view verb, const std::optional<std::string>& name) 
 }
 
 ActionState generateCaptions(const Situation& now) {
-    if (!now.aiCaptionsEnabled)
-        return only(false, Document::aiCaptionsAreOff);
+    if (!now.allowsAICaptions)
+        return only(false, now.captionsHelp);
     if (now.isCaptioning)
         return only(false, "Captions are being generated already");
     if (now.selected == 0)
         return only(false, "Select photos for the film first");
-    return {.help = "Generate captions for the selected photos with " +
-                    std::string{ProjectModel::displayName(now.provider)}};
+    return {.help = now.captionsHelp};
 }
 
 ActionState regenerateCaption(const Situation& now) {

@@ -24,8 +24,9 @@ struct Situation {
     bool usesManualOrder = false;
     bool hasSources = false;
     bool hasMusic = false;
-    bool aiCaptionsEnabled = true;
-    ProjectModel::AIProvider provider = ProjectModel::AIProvider::apple;
+    bool allowsAICaptions = true;
+    /// What generating captions would do, or why it is turned off.
+    std::string captionsHelp = {};
     bool isImporting = false;
     bool isAnalyzing = false;
     bool isCaptioning = false;
