@@ -22,7 +22,9 @@ function(roamly_module name)
   if(arg_WIDGETS)
     file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
     target_sources(${name} PRIVATE ${headers})
-    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    # Without the compiler's own macros moc does not read the concepts of the standard library, which Qt 6.4's
+    # cannot.
+    set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOMOC_COMPILER_PREDEFINES OFF)
     # What the tools of Qt write is not held to the warnings of what is written here.
     target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
   endif()

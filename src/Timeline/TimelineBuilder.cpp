@@ -1,3 +1,4 @@
+#include <Timeline/ChapterWalk.h>
 #include <Timeline/TimelineBuilder.h>
 
 #include <algorithm>
@@ -46,16 +47,14 @@ SlideshowTimeline build(const ProjectModel::Project& project, const EffectiveSet
     SlideshowTimeline timeline;
     double time = 0;
     bool hasPhoto = false;
-    std::optional<std::string> place;
+    ChapterWalk chapters;
 
     for (const ProjectModel::PhotoItem& photo : project.photos) {
         if (!photo.isSelected)
             continue;
         bool mayCrossfade = true;
         std::optional<std::string> chapterTitle;
-        // A photo without a place neither starts nor ends a chapter.
-        if (const std::optional<std::string> label = locationLabel(photo); label && label != place) {
-            place = label;
+        if (const std::optional<std::string> label = chapters.enter(photo)) {
             if (settings.chapterStyle == ProjectModel::ChapterStyle::overlay) {
                 chapterTitle = label;
             } else {
