@@ -145,6 +145,27 @@ Destination destinationOf(const std::filesystem::path& path) {
     return destination;
 }
 
+enum class Synchronisation { Awaited, LeftToTheSystem };
+
+void replaceFile(const std::filesystem::path& path, std::string_view contents,
+                 Synchronisation synchronisation) {
+    const auto [target, folder, existing] = destinationOf(path);
+    // A private file must not be open to others for even a moment.
+    TemporaryFile file{folder, target, existing ? mode_t{0600} : mode_t{0666}};
+    if (existing)
+        takeAttributes(file.descriptor(), *existing, target);
+    writeAll(file.descriptor(), contents, target);
+    if (synchronisation == Synchronisation::Awaited && ::fsync(file.descriptor()) != 0)
+        fail(target);
+    file.moveIntoPlace();
+    if (synchronisation == Synchronisation::LeftToTheSystem)
+        return;
+    // Some file systems cannot synchronise a folder; the new contents are in place all the same.
+    const FileDescriptor folderDescriptor{::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
+    if (folderDescriptor.get() >= 0)
+        ::fsync(folderDescriptor.get());
+}
+
 } // namespace
 
 void checkFileCanBeReplaced(const std::filesystem::path& path) {
@@ -155,19 +176,11 @@ void checkFileCanBeReplaced(const std::filesystem::path& path) {
 }
 
 void writeFileAtomically(const std::filesystem::path& path, std::string_view contents) {
-    const auto [target, folder, existing] = destinationOf(path);
-    // A private file must not be open to others for even a moment.
-    TemporaryFile file{folder, target, existing ? mode_t{0600} : mode_t{0666}};
-    if (existing)
-        takeAttributes(file.descriptor(), *existing, target);
-    writeAll(file.descriptor(), contents, target);
-    if (::fsync(file.descriptor()) != 0)
-        fail(target);
-    file.moveIntoPlace();
-    // Some file systems cannot synchronise a folder; the new contents are in place all the same.
-    const FileDescriptor folderDescriptor{::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)};
-    if (folderDescriptor.get() >= 0)
-        ::fsync(folderDescriptor.get());
+    replaceFile(path, contents, Synchronisation::Awaited);
+}
+
+void writeCacheFile(const std::filesystem::path& path, std::string_view contents) {
+    replaceFile(path, contents, Synchronisation::LeftToTheSystem);
 }
 
 std::string readFile(const std::filesystem::path& path) {

@@ -16,6 +16,11 @@ namespace Foundation {
 /// was.
 void writeFileAtomically(const std::filesystem::path& path, std::string_view contents);
 
+/// As `writeFileAtomically`, for what can be made anew: nothing waits for the disk. Other readers meet the
+/// old bytes or the new ones, but after a crash of the machine the file may be cut off or empty, which
+/// whoever reads it must notice.
+void writeCacheFile(const std::filesystem::path& path, std::string_view contents);
+
 /// Whether `writeFileAtomically` would find a file that may be replaced in a folder that takes files, tried
 /// out and undone. Throws std::system_error as that would; the file stays as it is.
 void checkFileCanBeReplaced(const std::filesystem::path& path);

@@ -281,4 +281,19 @@ std::optional<Foundation::Image> finish(const RgbSamples& samples, int fullWidth
     return turned(std::move(*image), orientation);
 }
 
+std::optional<std::string> jpeg(const Foundation::Image& image, int quality) {
+    if (!isReady() || image.isEmpty())
+        return std::nullopt;
+    const ErrorLogCleared cleared;
+    const Picture picture{vips_image_new_from_memory(image.pixels.data(), image.pixels.size(), image.width,
+                                                     image.height, 3, VIPS_FORMAT_UCHAR)};
+    void* buffer = nullptr;
+    std::size_t length = 0;
+    if (!picture ||
+        vips_jpegsave_buffer(picture.get(), &buffer, &length, "Q", quality, "strip", TRUE, nullptr) != 0)
+        return std::nullopt;
+    const std::unique_ptr<void, decltype(&g_free)> owner{buffer, g_free};
+    return std::string{static_cast<const char*>(buffer), length};
+}
+
 } // namespace PhotoSources::VipsPicture

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace PhotoSources {
@@ -43,6 +44,9 @@ namespace VipsPicture {
 [[nodiscard]] std::optional<Foundation::Image> finish(const RgbSamples& samples, int fullWidth,
                                                       int fullHeight, const Orientation& orientation,
                                                       int maxPixel);
+
+/// The picture as a JPEG without metadata; `quality` is 1…100. Nothing when it cannot be encoded.
+[[nodiscard]] std::optional<std::string> jpeg(const Foundation::Image& image, int quality);
 
 } // namespace VipsPicture
 

@@ -16,9 +16,9 @@
 namespace {
 
 using Foundation::Image;
+using Platform::AppImageProvider;
 using ProjectModel::FilePhotoRef;
 using ProjectModel::LibraryPhotoRef;
-using Platform::AppImageProvider;
 
 class AppImageProviderTest : public testing::Test {
 protected:

@@ -1,4 +1,5 @@
 #include <Roamly/Platform/KeychainStore.h>
+#include <Support/PrivateKeyring.h>
 
 #include <Support/PrivateKeyring.h>
 #include <gmock/gmock.h>

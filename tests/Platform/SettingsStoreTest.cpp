@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-using Foundation::Testing::TemporaryFolder;
 using Document::AppSettings;
+using Foundation::Testing::TemporaryFolder;
 using Platform::findSettingKey;
 using Platform::SettingKey;
 using Platform::SettingsStore;
