@@ -32,7 +32,8 @@ DocumentFlow::DocumentFlow(Document::ProjectDocument& document, DocumentQuestion
 }
 
 QString DocumentFlow::name() const {
-    return m_file.path() ? shown(m_file.path()->stem()) : QStringLiteral("Untitled");
+    const auto& path = openingOrOpen();
+    return path ? shown(path->stem()) : QStringLiteral("Untitled");
 }
 
 bool DocumentFlow::isModified() const {
@@ -45,7 +46,9 @@ bool DocumentFlow::isUntouched() const {
 }
 
 void DocumentFlow::open(const std::filesystem::path& path) {
+    m_opening = path;
     m_file.open(path, [this](const ProjectFile::Ending& ending) {
+        m_opening.reset();
         if (ending.outcome == Outcome::Done) {
             watch();
             Q_EMIT loaded();
@@ -90,7 +93,7 @@ void DocumentFlow::finishSaving(const ProjectFile::Ending& ending, const Then& t
             then();
         return;
     case Outcome::Conflict:
-        return askAboutFilesChange(then);
+        return askAboutFilesChange(true, then);
     case Outcome::Failed:
         return m_questions.tell(QString::fromStdString(ending.sentence));
     case Outcome::Cancelled:
@@ -98,16 +101,15 @@ void DocumentFlow::finishSaving(const ProjectFile::Ending& ending, const Then& t
     }
 }
 
-void DocumentFlow::askAboutFilesChange(const Then& then) {
+void DocumentFlow::askAboutFilesChange(bool isSaving, const Then& then) {
     if (std::exchange(m_isAsking, true))
         return;
-    m_questions.fileChanged(name(), [this, then](ChangedFileAnswer answer) {
+    m_questions.fileChanged(name(), [this, isSaving, then](ChangedFileAnswer answer) {
         m_isAsking = false;
         switch (answer) {
         case ChangedFileAnswer::KeepMine:
             m_keepsMine = true;
-            // Asked in the course of saving, it goes on.
-            if (then)
+            if (isSaving)
                 write(AnothersChange::Overwrite, then);
             return;
         case ChangedFileAnswer::LoadTheFiles:
@@ -143,6 +145,8 @@ void DocumentFlow::askToLeave(std::function<void()> leave) {
             leave();
         else if (answer == SaveAnswer::Save)
             save(leave);
+        else
+            Q_EMIT leavingRefused();
     });
 }
 
@@ -151,7 +155,7 @@ void DocumentFlow::lookAtFile() {
         !m_file.isChangedOnDisk())
         return;
     if (isModified())
-        return askAboutFilesChange({});
+        return askAboutFilesChange(false, {});
     reload();
     Q_EMIT noticed(QStringLiteral("Another program changed “%1”; this is what it holds now.").arg(name()));
 }

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <filesystem>
 #include <functional>
+#include <optional>
 
 namespace Shell {
 
@@ -23,6 +24,10 @@ public:
     DocumentFlow(Document::ProjectDocument& document, DocumentQuestions questions, QObject* parent = nullptr);
 
     [[nodiscard]] const Jobs::ProjectFile& file() const { return m_file; }
+    /// The file that is open or about to be.
+    [[nodiscard]] const std::optional<std::filesystem::path>& openingOrOpen() const {
+        return m_opening ? m_opening : m_file.path();
+    }
     /// "Lisbon", or "Untitled".
     [[nodiscard]] QString name() const;
     /// Differs from its file, or is a new one that holds something.
@@ -53,6 +58,8 @@ Q_SIGNALS:
     void openingFailed();
     void saved();
     void noticed(const QString& text);
+    /// The user does not leave after all.
+    void leavingRefused();
 
 private:
     using Then = std::function<void()>;
@@ -62,12 +69,15 @@ private:
     void write(Jobs::ProjectFile::AnothersChange anothersChange, const Then& then);
     void finishSaving(const Jobs::ProjectFile::Ending& ending, const Then& then);
     void reload();
-    void askAboutFilesChange(const Then& then);
+    /// Keeping what is here goes on with saving where that was under way.
+    void askAboutFilesChange(bool isSaving, const Then& then);
     void watch();
 
     Document::ProjectDocument* m_document;
     DocumentQuestions m_questions;
     Jobs::ProjectFile m_file;
+    /// Being read for the first time.
+    std::optional<std::filesystem::path> m_opening;
     QFileSystemWatcher m_watcher;
     /// Several signs of one change are one.
     QTimer m_look;
