@@ -1,15 +1,9 @@
 #include <Analysis/AnalysisPipeline.h>
-#include <Analysis/BestShotSelector.h>
-#include <Analysis/DuplicateClusterer.h>
 #include <Analysis/GeocodeCache.h>
-#include <Analysis/LikelyDuplicates.h>
 #include <Analysis/LocationInference.h>
-#include <Analysis/OrderedWork.h>
-#include <Analysis/SharpnessScorer.h>
+#include <Analysis/ShotComparison.h>
 
 #include <algorithm>
-#include <exception>
-#include <optional>
 #include <string>
 #include <thread>
 #include <unordered_map>
@@ -20,7 +14,6 @@ namespace Analysis {
 
 namespace {
 
-using Foundation::Image;
 using Foundation::Uuid;
 using ProjectModel::PhotoItem;
 
@@ -46,17 +39,6 @@ std::vector<Cell> cellsOf(const std::vector<PhotoItem>& photos) {
         cells[cell].photos.push_back(photo.id);
     }
     return cells;
-}
-
-void report(const PipelineProgressCallback& progress, PipelineProgress::Stage stage, std::size_t completed,
-            std::size_t total) {
-    if (progress)
-        progress({stage, static_cast<int>(completed), static_cast<int>(total)});
-}
-
-std::optional<Uuid> clusterOf(const std::unordered_map<Uuid, Uuid>& clusters, const Uuid& photo) {
-    const auto found = clusters.find(photo);
-    return found == clusters.end() ? std::nullopt : std::optional(found->second);
 }
 
 } // namespace
@@ -87,7 +69,7 @@ ProjectModel::Project AnalysisPipeline::analyze(ProjectModel::Project project,
     if (stop.stop_requested())
         return project;
     LocationInference::infer(project);
-    clusterAndScore(project, progress, stop);
+    compareShots(project, progress, stop);
     if (!stop.stop_requested())
         report(progress, PipelineProgress::Stage::done, 1, 1);
     return project;
@@ -113,107 +95,15 @@ void AnalysisPipeline::locate(ProjectModel::Project& project, const PipelineProg
     }
 }
 
-double AnalysisPipeline::score(const Image& image) {
-    const ImageQuality quality = m_qualityScorer.quality(image);
-    return BestShotSelector::score({quality.aesthetics,
-                                    BestShotSelector::sharpness(SharpnessScorer::variance(image)),
-                                    quality.hasOpenEyedFace});
-}
-
-void AnalysisPipeline::clusterAndScore(ProjectModel::Project& project,
-                                       const PipelineProgressCallback& progress,
-                                       const std::stop_token& stop) {
-    const auto mayContinue = [&] { return !stop.stop_requested(); };
-    const std::vector<PhotoItem>& photos = project.photos;
-
-    struct Look {
-        std::optional<Image> image;
-        std::optional<std::vector<float>> features;
-    };
-    std::vector<ClusterItem> items;
-    // A photo that resembles one just before it will most likely be scored, so it is while its pixels are at
-    // hand; holding all of them until the groups are known would take gigabytes.
-    std::unordered_map<Uuid, double> earlyScores;
-    LikelyDuplicates likely(m_resources.imageStoreBytes);
-    const auto scoreEarly = [&] {
-        const std::vector<LikelyDuplicates::Photo> batch = likely.takeFound();
-        inOrder(
-            batch.size(), m_resources.workers, [&](std::size_t k) { return score(batch[k].image); },
-            mayContinue,
-            [&](std::size_t k, double value) { earlyScores.insert_or_assign(batch[k].id, value); });
-    };
-    inOrder(
-        photos.size(), m_resources.workers,
-        [&](std::size_t i) {
-            Look look{m_imageProvider.image(photos[i].source), {}};
-            try {
-                if (look.image)
-                    look.features = m_featurePrinter.features(*look.image);
-            } catch (const std::exception&) {
-                // A photo that cannot be printed is one that resembles no other.
-            }
-            return look;
-        },
-        mayContinue,
-        [&](std::size_t i, Look look) {
-            if (look.features)
-                items.push_back({photos[i].id, photos[i].captureDate, std::move(*look.features)});
-            if (look.image) {
-                likely.add({photos[i].id, std::move(*look.image)}, look.features ? &items.back() : nullptr,
-                           photos[i].clusterID.has_value());
-                if (likely.foundCount() >= m_resources.workers * 2)
-                    scoreEarly();
-            }
-            report(progress, PipelineProgress::Stage::clustering, i + 1, photos.size());
-        });
-    // What is known of half the photos groups them wrongly.
-    if (!mayContinue())
+void AnalysisPipeline::compareShots(ProjectModel::Project& project, const PipelineProgressCallback& progress,
+                                    const std::stop_token& stop) {
+    ShotComparison shots(project, {m_imageProvider, m_featurePrinter, m_qualityScorer},
+                         {m_resources.workers, m_resources.imageStoreBytes}, progress, stop);
+    if (!shots.look())
         return;
-
-    scoreEarly();
-    const auto clusters = DuplicateClusterer::cluster(items, DuplicateClusterer::defaultThreshold,
-                                                      DuplicateClusterer::defaultTimeWindow, m_newID);
-    items.clear();
-
-    std::vector<const PhotoItem*> pending;
-    for (const PhotoItem& photo : photos) {
-        if (clusterOf(clusters, photo.id) != photo.clusterID)
-            pending.push_back(&photo);
-    }
-    std::unordered_map<Uuid, double> scores;
-    inOrder(
-        pending.size(), m_resources.workers,
-        [&](std::size_t j) -> std::optional<double> {
-            if (const auto known = earlyScores.find(pending[j]->id); known != earlyScores.end())
-                return known->second;
-            if (const Image* image = likely.find(pending[j]->id))
-                return score(*image);
-            const std::optional<Image> again = m_imageProvider.image(pending[j]->source);
-            return again ? std::optional(score(*again)) : std::nullopt;
-        },
-        mayContinue,
-        [&](std::size_t j, std::optional<double> score) {
-            if (score)
-                scores.emplace(pending[j]->id, *score);
-            report(progress, PipelineProgress::Stage::scoring, j + 1, pending.size());
-        });
-    if (!mayContinue())
-        return;
-
-    const ClusterSelection selection = BestShotSelector::selection(clusters, scores);
-    std::vector<Uuid> ids;
-    ids.reserve(photos.size());
-    for (const PhotoItem& photo : photos)
-        ids.push_back(photo.id);
-    for (const Uuid& id : ids) {
-        const auto cluster = clusterOf(clusters, id);
-        if (!cluster)
-            continue;
-        const auto score = scores.find(id);
-        project.applyProposedSelection(selection.keep.contains(id), cluster,
-                                       score == scores.end() ? std::nullopt : std::optional(score->second),
-                                       id);
-    }
+    shots.group(m_newID);
+    if (shots.score())
+        shots.propose();
 }
 
 } // namespace Analysis

@@ -43,9 +43,8 @@ public:
 private:
     void locate(ProjectModel::Project& project, const PipelineProgressCallback& progress,
                 const std::stop_token& stop);
-    [[nodiscard]] double score(const Foundation::Image& image);
-    void clusterAndScore(ProjectModel::Project& project, const PipelineProgressCallback& progress,
-                         const std::stop_token& stop);
+    void compareShots(ProjectModel::Project& project, const PipelineProgressCallback& progress,
+                      const std::stop_token& stop);
 
     LocationResolver& m_resolver;
     ImageProviding& m_imageProvider;

@@ -37,8 +37,7 @@ std::uint64_t checksum(std::span<const std::byte> bytes) {
 } // namespace
 
 NetworkFileError NetworkFileError::missing(const std::filesystem::path& file) {
-    return NetworkFileError("The file " + file.string() + " is missing or cannot be read; " + remedy +
-                            ".");
+    return NetworkFileError("The file " + file.string() + " is missing or cannot be read; " + remedy + ".");
 }
 
 NetworkFileError NetworkFileError::damaged(const std::filesystem::path& file) {

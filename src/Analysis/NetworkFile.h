@@ -18,9 +18,9 @@ public:
     [[nodiscard]] static NetworkFileError damaged(const std::filesystem::path& file);
 };
 
-/// The bytes of a trained network, or of what belongs to one. Its file begins with a header of three 64-bit little-endian numbers: a
-/// magic one, the number of bytes that follow, and their checksum. One flipped bit in a weight would go
-/// unnoticed otherwise, as nonsense in every answer.
+/// The bytes of a trained network, or of what belongs to one. Its file begins with a header of three 64-bit
+/// little-endian numbers: a magic one, the number of bytes that follow, and their checksum. One flipped bit
+/// in a weight would go unnoticed otherwise, as nonsense in every answer.
 class NetworkFile {
 public:
     /// Throws NetworkFileError.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <Analysis/ReverseGeocoding.h>
-
 #include <Http/CurlTransport.h>
 #include <Http/Transport.h>
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 
 namespace Analysis {
@@ -17,5 +18,12 @@ struct PipelineProgress {
 
 /// Called in the thread that analyses.
 using PipelineProgressCallback = std::function<void(const PipelineProgress&)>;
+
+/// Calls `progress`, where there is one.
+inline void report(const PipelineProgressCallback& progress, PipelineProgress::Stage stage,
+                   std::size_t completed, std::size_t total) {
+    if (progress)
+        progress({stage, static_cast<int>(completed), static_cast<int>(total)});
+}
 
 } // namespace Analysis

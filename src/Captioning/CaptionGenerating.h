@@ -1,10 +1,10 @@
 #pragma once
 
+#include <Captioning/SceneTagging.h>
 #include <Foundation/Image.h>
 
 #include <stop_token>
 #include <string>
-#include <vector>
 
 namespace Captioning {
 
@@ -13,10 +13,9 @@ class CaptionGenerating {
 public:
     virtual ~CaptionGenerating() = default;
 
-    /// One caption for the picture and its scene tags. Throws CaptionError, or Foundation::Cancelled when
-    /// `stop` was triggered.
-    [[nodiscard]] virtual std::string caption(const Foundation::Image& image,
-                                              const std::vector<std::string>& tags,
+    /// One caption for the picture. `tags` are its scene tags, for backends that do not see it. Throws
+    /// CaptionError, or Foundation::Cancelled when `stop` was triggered.
+    [[nodiscard]] virtual std::string caption(const Foundation::Image& image, const SceneTags& tags,
                                               const std::stop_token& stop) const = 0;
 };
 

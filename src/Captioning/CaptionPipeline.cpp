@@ -46,7 +46,7 @@ CaptionRun CaptionPipeline::generate(const ProjectModel::Project& project,
         }
         if (const std::optional<Foundation::Image> image = m_image(photo->source)) {
             try {
-                std::string caption = m_generator.caption(*image, m_tagger.tags(*image), stop);
+                std::string caption = m_generator.caption(*image, SceneTags{m_tagger, *image}, stop);
                 if (!Foundation::trimmed(caption).empty())
                     run.captions.insert_or_assign(photo->id, std::move(caption));
             } catch (const Foundation::Cancelled&) {

@@ -3,8 +3,7 @@
 
 namespace Captioning {
 
-std::string FoundationModelsCaptioner::caption(const Foundation::Image& /*image*/,
-                                               const std::vector<std::string>& /*tags*/,
+std::string FoundationModelsCaptioner::caption(const Foundation::Image& /*image*/, const SceneTags& /*tags*/,
                                                const std::stop_token& /*stop*/) const {
     throw CaptionError{BackendUnavailable{"Apple Intelligence is not available on this Mac."}};
 }

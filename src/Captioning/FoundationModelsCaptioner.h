@@ -9,7 +9,7 @@ namespace Captioning {
 class FoundationModelsCaptioner : public CaptionGenerating {
 public:
     /// Throws CaptionError with `BackendUnavailable`.
-    [[nodiscard]] std::string caption(const Foundation::Image& image, const std::vector<std::string>& tags,
+    [[nodiscard]] std::string caption(const Foundation::Image& image, const SceneTags& tags,
                                       const std::stop_token& stop) const override;
 };
 

@@ -4,8 +4,8 @@
 #include <Captioning/ImageEncoding.h>
 #include <Captioning/OllamaCaptioner.h>
 #include <Foundation/JsonWriter.h>
-
 #include <Http/Url.h>
+
 #include <nlohmann/json.hpp>
 
 #include <utility>
@@ -19,7 +19,7 @@ OllamaCaptioner::OllamaCaptioner(std::string baseURL, std::string model, std::op
     , m_guidance(std::move(guidance))
     , m_transport(std::move(transport)) {}
 
-std::string OllamaCaptioner::caption(const Foundation::Image& image, const std::vector<std::string>& /*tags*/,
+std::string OllamaCaptioner::caption(const Foundation::Image& image, const SceneTags& /*tags*/,
                                      const std::stop_token& stop) const {
     Foundation::JsonWriter body{Foundation::JsonWriter::Layout::Compact};
     body.beginObject();

@@ -18,7 +18,7 @@ public:
     OllamaCaptioner(std::string baseURL, std::string model, std::optional<std::string> guidance,
                     std::shared_ptr<const HTTPTransport> transport);
 
-    [[nodiscard]] std::string caption(const Foundation::Image& image, const std::vector<std::string>& tags,
+    [[nodiscard]] std::string caption(const Foundation::Image& image, const SceneTags& tags,
                                       const std::stop_token& stop) const override;
 
     /// Whether the server answers. Never fails.

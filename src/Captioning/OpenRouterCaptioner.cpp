@@ -4,8 +4,8 @@
 #include <Captioning/ImageEncoding.h>
 #include <Captioning/OpenRouterCaptioner.h>
 #include <Foundation/JsonWriter.h>
-
 #include <Http/Url.h>
+
 #include <nlohmann/json.hpp>
 
 #include <utility>
@@ -56,8 +56,7 @@ OpenRouterCaptioner::OpenRouterCaptioner(std::string apiKey, std::string model,
     , m_transport(std::move(transport))
     , m_baseURL(std::move(baseURL)) {}
 
-std::string OpenRouterCaptioner::caption(const Foundation::Image& image,
-                                         const std::vector<std::string>& /*tags*/,
+std::string OpenRouterCaptioner::caption(const Foundation::Image& image, const SceneTags& /*tags*/,
                                          const std::stop_token& stop) const {
     if (m_apiKey.empty())
         throw CaptionError{BackendUnavailable{"Add your OpenRouter API key in Settings ▸ Captions."}};

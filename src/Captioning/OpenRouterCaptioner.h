@@ -19,7 +19,7 @@ public:
     OpenRouterCaptioner(std::string apiKey, std::string model, std::optional<std::string> guidance,
                         std::shared_ptr<const HTTPTransport> transport, std::string baseURL = defaultBaseURL);
 
-    [[nodiscard]] std::string caption(const Foundation::Image& image, const std::vector<std::string>& tags,
+    [[nodiscard]] std::string caption(const Foundation::Image& image, const SceneTags& tags,
                                       const std::stop_token& stop) const override;
 
     /// Whether the service accepts the key. Never fails; without a key nothing is sent.

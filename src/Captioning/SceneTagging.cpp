@@ -5,6 +5,12 @@
 
 namespace Captioning {
 
+const std::vector<std::string>& SceneTags::get() const {
+    if (!m_tags)
+        m_tags = m_tagger ? m_tagger->tags(*m_image) : std::vector<std::string>{};
+    return *m_tags;
+}
+
 VisionSceneTagger::VisionSceneTagger(float confidenceThreshold, int maxTags, ImageClassifier classify)
     : m_confidenceThreshold(confidenceThreshold)
     , m_maxTags(maxTags)

@@ -18,6 +18,26 @@ public:
     [[nodiscard]] virtual std::vector<std::string> tags(const Foundation::Image& image) const = 0;
 };
 
+/// The tags of one picture, made when somebody asks for them: a network has to look at the picture, and most
+/// back ends have eyes of their own. Worker's thread.
+class SceneTags {
+public:
+    /// None.
+    SceneTags() = default;
+    /// Borrows both.
+    SceneTags(const SceneTagging& tagger, const Foundation::Image& image)
+        : m_tagger(&tagger)
+        , m_image(&image) {}
+
+    /// Asks the tagger the first time, and remembers.
+    [[nodiscard]] const std::vector<std::string>& get() const;
+
+private:
+    const SceneTagging* m_tagger = nullptr;
+    const Foundation::Image* m_image = nullptr;
+    mutable std::optional<std::vector<std::string>> m_tags;
+};
+
 /// One answer of a whole-image classifier.
 struct ClassObservation {
     /// Words joined by underscores.

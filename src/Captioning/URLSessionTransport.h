@@ -1,7 +1,6 @@
 #pragma once
 
 #include <Captioning/HTTPTransport.h>
-
 #include <Http/CurlTransport.h>
 
 namespace Captioning {

@@ -2,10 +2,9 @@
 
 #include <Export/MovieWriter.h>
 #include <Export/VideoExporter.h>
+#include <Frames/FrameSource.h>
 #include <Timeline/Playhead.h>
 #include <Timeline/SlideshowTimeline.h>
-
-#include <Frames/FrameSource.h>
 
 #include <filesystem>
 #include <functional>

@@ -7,7 +7,6 @@
 #include <Export/PendingFile.h>
 #include <Export/StereoBuffer.h>
 #include <Export/VideoEncoder.h>
-
 #include <Frames/YuvFrame.h>
 
 #include <functional>

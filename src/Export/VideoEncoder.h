@@ -2,7 +2,6 @@
 
 #include <Export/ExportPreset.h>
 #include <Export/Libav.h>
-
 #include <Frames/YuvFrame.h>
 
 #include <cstdint>

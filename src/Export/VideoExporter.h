@@ -3,10 +3,9 @@
 #include <Export/ExportError.h>
 #include <Export/ExportPreset.h>
 #include <Foundation/Uuid.h>
+#include <Frames/FrameSource.h>
 #include <Timeline/Playhead.h>
 #include <Timeline/SlideshowTimeline.h>
-
-#include <Frames/FrameSource.h>
 
 #include <filesystem>
 #include <functional>

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <Foundation/Image.h>
-#include <Timeline/KenBurns.h>
-
 #include <Frames/FrameSize.h>
 #include <Frames/YuvFrame.h>
+#include <Timeline/KenBurns.h>
 
 #include <cstdint>
 #include <memory>

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <Foundation/Uuid.h>
-#include <Timeline/RenderState.h>
-
 #include <Frames/FrameSize.h>
 #include <Frames/YuvFrame.h>
+#include <Timeline/RenderState.h>
 
 #include <memory>
 #include <set>

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <Foundation/Image.h>
-
 #include <Frames/FrameMemory.h>
 #include <Frames/ZimgGraph.h>
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <Foundation/Image.h>
-
 #include <Frames/FrameSize.h>
 
 #include <array>

@@ -1,8 +1,8 @@
 #include <Foundation/Cancellation.h>
 #include <Foundation/Text.h>
-
 #include <Http/CurlTransport.h>
 #include <Http/Url.h>
+
 #include <curl/curl.h>
 
 #include <algorithm>

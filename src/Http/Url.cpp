@@ -1,4 +1,5 @@
 #include <Http/Url.h>
+
 #include <curl/curl.h>
 
 #include <algorithm>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -53,6 +54,24 @@ private:
     std::uint64_t m_size;
 };
 
+/// Bytes of somebody else, who must outlive it.
+class BorrowedMemory final : public ByteSource {
+public:
+    explicit BorrowedMemory(std::span<const std::uint8_t> bytes)
+        : m_bytes(bytes) {}
+
+    [[nodiscard]] std::uint64_t size() const override { return m_bytes.size(); }
+    [[nodiscard]] bool read(std::uint64_t offset, std::span<std::uint8_t> target) const override {
+        if (offset > m_bytes.size() || target.size() > m_bytes.size() - offset)
+            return false;
+        std::ranges::copy(m_bytes.subspan(static_cast<std::size_t>(offset), target.size()), target.begin());
+        return true;
+    }
+
+private:
+    std::span<const std::uint8_t> m_bytes;
+};
+
 class MemorySource final : public ByteSource {
 public:
     explicit MemorySource(std::vector<std::uint8_t> bytes)
@@ -60,11 +79,7 @@ public:
 
     [[nodiscard]] std::uint64_t size() const override { return m_bytes.size(); }
     [[nodiscard]] bool read(std::uint64_t offset, std::span<std::uint8_t> target) const override {
-        if (offset > m_bytes.size() || target.size() > m_bytes.size() - offset)
-            return false;
-        for (std::size_t i = 0; i < target.size(); ++i)
-            target[i] = m_bytes[static_cast<std::size_t>(offset) + i];
-        return true;
+        return BorrowedMemory{m_bytes}.read(offset, target);
     }
 
 private:

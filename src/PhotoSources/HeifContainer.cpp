@@ -9,12 +9,22 @@ namespace PhotoSources::HeifContainer {
 
 namespace {
 
-using namespace HeifBoxes;
+using namespace IsoBoxes;
 
 constexpr std::size_t mostTiles = 16'384;
 constexpr std::size_t mostTransforms = 16;
 constexpr int mostDerivations = 4;
 constexpr int largestSide = 65'535;
+
+/// The file's meta box; points into the file.
+std::optional<HeifMeta> metaOf(Bytes file) {
+    const std::optional<Box> box = findBox(BorrowedMemory{file}, 0, fourCC("meta"));
+    if (!box)
+        return std::nullopt;
+    const Bytes rest = file.subspan(static_cast<std::size_t>(box->offset));
+    const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(box->length, rest.size()));
+    return HeifMeta{rest.first(length), box->offset, file.size()};
+}
 
 std::vector<std::uint8_t> joined(const std::vector<Bytes>& pieces, std::size_t most) {
     std::vector<std::uint8_t> result;
@@ -74,18 +84,28 @@ struct Properties {
     Bytes iccProfile;
 };
 
-/// Reads properties, the parameter sets of tiles that share them only once.
-class PropertyReader {
+/// Reads what belongs to items, the parameter sets of tiles that share them only once.
+class ItemReader {
 public:
-    explicit PropertyReader(const HeifMeta& meta)
-        : m_meta(meta) {}
+    ItemReader(Bytes file, const HeifMeta& meta)
+        : m_file(file)
+        , m_meta(meta) {}
 
-    Properties read(const HeifItem& item) {
+    [[nodiscard]] std::vector<Bytes> data(const HeifItem& item) const {
+        std::vector<Bytes> pieces;
+        pieces.reserve(item.data.size());
+        for (const HeifExtent& extent : item.data)
+            pieces.push_back(m_file.subspan(static_cast<std::size_t>(extent.offset),
+                                            static_cast<std::size_t>(extent.length)));
+        return pieces;
+    }
+
+    Properties properties(const HeifItem& item) {
         Properties result;
         for (const std::size_t index : item.properties) {
             if (index >= m_meta.propertyCount())
                 continue;
-            const Box& box = m_meta.property(index);
+            const LoadedBox& box = m_meta.property(index);
             ByteReader reader(box.payload);
             switch (box.type) {
             case fourCC("ispe"): {
@@ -160,6 +180,7 @@ private:
         return entry->second;
     }
 
+    Bytes m_file;
     const HeifMeta& m_meta;
     std::map<std::size_t, std::shared_ptr<const HevcParameters>> m_parameters;
 };
@@ -189,17 +210,18 @@ bool isHevc(const HeifItem& item) {
     return item.type == fourCC("hvc1") || item.type == fourCC("hev1");
 }
 
-std::optional<HeifTile> tileOf(const HeifItem* item, PropertyReader& reader) {
+std::optional<HeifTile> tileOf(const HeifItem* item, ItemReader& reader) {
     if (!item || !isHevc(*item) || item->data.empty())
         return std::nullopt;
-    Properties properties = reader.read(*item);
+    Properties properties = reader.properties(*item);
     if (!properties.parameters)
         return std::nullopt;
-    return HeifTile{item->data, std::move(properties.parameters), properties.width, properties.height};
+    return HeifTile{reader.data(*item), std::move(properties.parameters), properties.width,
+                    properties.height};
 }
 
-std::optional<HeifPicture> gridOf(const HeifMeta& meta, const HeifItem& item, PropertyReader& reader) {
-    const std::vector<std::uint8_t> description = joined(item.data, 12);
+std::optional<HeifPicture> gridOf(const HeifMeta& meta, const HeifItem& item, ItemReader& reader) {
+    const std::vector<std::uint8_t> description = joined(reader.data(item), 12);
     ByteReader grid(description);
     grid.u8(); // version
     const bool wide = (grid.u8() & 1) != 0;
@@ -234,14 +256,14 @@ std::optional<HeifPicture> gridOf(const HeifMeta& meta, const HeifItem& item, Pr
             return std::nullopt;
     }
     // What the grid does not say of its colours, its tiles may.
-    Properties tileProperties = reader.read(*meta.item(item.derivedFrom.front()));
+    Properties tileProperties = reader.properties(*meta.item(item.derivedFrom.front()));
     picture.coding = tileProperties.coding;
     picture.iccProfile = tileProperties.iccProfile;
     return picture;
 }
 
-std::optional<HeifPicture> pictureOf(const HeifMeta& meta, HeifItemId id, PropertyReader& reader, int depth) {
-    const HeifItem* item = meta.item(id);
+std::optional<HeifPicture> pictureOf(const HeifMeta& meta, const HeifItem* item, ItemReader& reader,
+                                     int depth) {
     if (!item || depth > mostDerivations)
         return std::nullopt;
     std::optional<HeifPicture> picture;
@@ -256,11 +278,11 @@ std::optional<HeifPicture> pictureOf(const HeifMeta& meta, HeifItemId id, Proper
     } else if (item->type == fourCC("grid")) {
         picture = gridOf(meta, *item, reader);
     } else if (item->type == fourCC("iden") && item->derivedFrom.size() == 1) {
-        picture = pictureOf(meta, item->derivedFrom.front(), reader, depth + 1);
+        picture = pictureOf(meta, meta.item(item->derivedFrom.front()), reader, depth + 1);
     }
     if (!picture)
         return std::nullopt;
-    Properties properties = reader.read(*item);
+    Properties properties = reader.properties(*item);
     if (properties.coding)
         picture->coding = properties.coding;
     if (!properties.iccProfile.empty())
@@ -273,26 +295,26 @@ std::optional<HeifPicture> pictureOf(const HeifMeta& meta, HeifItemId id, Proper
 } // namespace
 
 std::optional<HeifPicture> readHevcPicture(Bytes file) {
-    const std::optional<HeifMeta> meta = HeifMeta::read(file);
+    const std::optional<HeifMeta> meta = metaOf(file);
     if (!meta)
         return std::nullopt;
-    PropertyReader reader(*meta);
+    ItemReader reader(file, *meta);
     std::optional<HeifPicture> picture = pictureOf(*meta, meta->primary(), reader, 0);
     if (picture)
-        picture->hasAlpha = hasAlpha(*meta, *meta->item(meta->primary()));
+        picture->hasAlpha = hasAlpha(*meta, *meta->primary());
     return picture;
 }
 
 std::optional<ColourCoding> readUntaggedCoding(Bytes file) {
-    const std::optional<HeifMeta> meta = HeifMeta::read(file);
-    const HeifItem* item = meta ? meta->item(meta->primary()) : nullptr;
+    const std::optional<HeifMeta> meta = metaOf(file);
+    const HeifItem* item = meta ? meta->primary() : nullptr;
     if (!item)
         return std::nullopt;
-    PropertyReader reader(*meta);
-    Properties properties = reader.read(*item);
+    ItemReader reader(file, *meta);
+    Properties properties = reader.properties(*item);
     if (!properties.coding && properties.iccProfile.empty() && !item->derivedFrom.empty()) {
         if (const HeifItem* first = meta->item(item->derivedFrom.front()))
-            properties = reader.read(*first);
+            properties = reader.properties(*first);
     }
     return properties.iccProfile.empty() ? properties.coding : std::nullopt;
 }

@@ -1,99 +1,43 @@
 #include <PhotoSources/HeifMeta.h>
 
 #include <algorithm>
-#include <limits>
 
 namespace PhotoSources {
 
 namespace {
 
 constexpr std::size_t mostItems = 20'000;
-constexpr std::size_t mostBoxes = 100'000;
 constexpr std::size_t mostExtents = 100'000;
 constexpr std::size_t mostExtentsOfAnItem = 256;
 constexpr std::size_t mostPropertiesOfAnItem = 256;
 
-using namespace HeifBoxes;
-
-/// The next box; nothing at the end, or when its size does not fit. A last box that claims more than there
-/// is, as in a file that was cut short, ends with the file.
-std::optional<Box> nextBox(ByteReader& reader, bool cutShortIsFine = false) {
-    if (reader.remaining() < 8)
-        return std::nullopt;
-    const std::uint64_t size = reader.u32();
-    Box box{reader.u32(), {}};
-    std::uint64_t payload = 0;
-    if (size == 0) {
-        payload = reader.remaining();
-    } else if (size == 1) {
-        const std::uint64_t large = reader.u64();
-        if (reader.failed() || large < 16)
-            return std::nullopt;
-        payload = large - 16;
-    } else {
-        if (size < 8)
-            return std::nullopt;
-        payload = size - 8;
-    }
-    if (cutShortIsFine)
-        payload = std::min<std::uint64_t>(payload, reader.remaining());
-    box.payload = reader.bytes(payload);
-    if (reader.failed())
-        return std::nullopt;
-    return box;
-}
+using namespace IsoBoxes;
 
 } // namespace
 
-std::vector<Box> HeifBoxes::boxesIn(Bytes bytes) {
-    std::vector<Box> boxes;
-    ByteReader reader(bytes);
-    while (boxes.size() < mostBoxes) {
-        std::optional<Box> box = nextBox(reader);
-        if (!box)
-            break;
-        boxes.push_back(*box);
-    }
-    return boxes;
-}
-
-HeifBoxes::FullBox HeifBoxes::readFullBox(ByteReader& reader) {
+HeifFullBox readFullBox(ByteReader& reader) {
     const std::uint32_t word = reader.u32();
     return {static_cast<std::uint8_t>(word >> 24), word & 0xffffff};
 }
 
-std::optional<HeifMeta> HeifMeta::read(Bytes file) {
-    ByteReader reader(file);
-    for (std::size_t i = 0; i < mostBoxes; ++i) {
-        const std::optional<Box> box = nextBox(reader, true);
-        if (!box)
-            return std::nullopt;
-        if (box->type != fourCC("meta"))
-            continue;
-        HeifMeta meta(file);
-        if (!meta.readBoxes(box->payload))
-            return std::nullopt;
-        return meta;
-    }
-    return std::nullopt;
-}
-
-bool HeifMeta::readBoxes(Bytes payload) {
+HeifMeta::HeifMeta(Bytes payload, std::uint64_t offset, std::uint64_t fileSize)
+    : m_file{0, fileSize} {
     ByteReader header(payload);
     readFullBox(header);
-    const std::vector<Box> boxes = boxesIn(header.rest());
-    for (const Box& box : boxes) {
+    const std::vector<LoadedBox> boxes = boxesIn(header.rest());
+    for (const LoadedBox& box : boxes) {
         if (box.type == fourCC("idat"))
-            m_itemData = box.payload;
+            m_itemData = {offset + static_cast<std::uint64_t>(box.payload.data() - payload.data()),
+                          box.payload.size()};
     }
     // Items first: the other boxes speak of them.
-    for (const Box& box : boxes) {
+    for (const LoadedBox& box : boxes) {
         if (box.type == fourCC("iinf"))
             readItemInfos(box.payload);
         else if (box.type == fourCC("pitm"))
             readPrimary(box.payload);
     }
-    for (const Box& box : boxes) {
+    for (const LoadedBox& box : boxes) {
         if (box.type == fourCC("iloc"))
             readLocations(box.payload);
         else if (box.type == fourCC("iprp"))
@@ -101,37 +45,39 @@ bool HeifMeta::readBoxes(Bytes payload) {
         else if (box.type == fourCC("iref"))
             readReferences(box.payload);
     }
-    return m_items.contains(m_primary);
 }
 
 void HeifMeta::readPrimary(Bytes payload) {
     ByteReader reader(payload);
-    const FullBox box = readFullBox(reader);
+    const HeifFullBox box = readFullBox(reader);
     m_primary = box.version == 0 ? reader.u16() : reader.u32();
 }
 
 void HeifMeta::readItemInfos(Bytes payload) {
     ByteReader reader(payload);
-    const FullBox box = readFullBox(reader);
+    const HeifFullBox box = readFullBox(reader);
     reader.number(box.version == 0 ? 2 : 4); // the count, which the boxes themselves tell better
-    for (const Box& entry : boxesIn(reader.rest())) {
+    for (const LoadedBox& entry : boxesIn(reader.rest())) {
         if (entry.type != fourCC("infe") || m_items.size() >= mostItems)
             continue;
         ByteReader info(entry.payload);
-        const FullBox infe = readFullBox(info);
+        const HeifFullBox infe = readFullBox(info);
         if (infe.version < 2)
             continue;
         const HeifItemId id = infe.version == 2 ? info.u16() : info.u32();
         info.u16(); // protection
         const std::uint32_t type = info.u32();
-        if (!info.failed())
-            m_items[id].type = type;
+        if (info.failed())
+            continue;
+        m_items[id].type = type;
+        if (type == fourCC("Exif") && !m_exif)
+            m_exif = id;
     }
 }
 
 void HeifMeta::readLocations(Bytes payload) {
     ByteReader reader(payload);
-    const FullBox box = readFullBox(reader);
+    const HeifFullBox box = readFullBox(reader);
     if (box.version > 2)
         return;
     const std::uint16_t sizes = reader.u16();
@@ -144,14 +90,14 @@ void HeifMeta::readLocations(Bytes payload) {
     for (std::uint32_t i = 0; i < count && !reader.failed(); ++i) {
         const HeifItemId id = box.version < 2 ? reader.u16() : reader.u32();
         const unsigned method = box.version == 0 ? 0 : reader.u16() & 15;
-        const std::uint16_t reference = reader.u16();
+        // Which file has the data; writers number their own 0 or 1, and no other is ever opened.
+        reader.u16();
         const std::uint64_t base = reader.number(baseSize);
         const std::uint16_t extents = reader.u16();
         const auto found = m_items.find(id);
-        // Only this file (0) and its own data box (1); data in other files or in other items is not
-        // followed.
-        const bool isHere = reference == 0 && method <= 1;
-        const Bytes source = method == 0 ? m_file : m_itemData;
+        // In the file (0) or its own data box (1); data inside of other items is not followed.
+        const bool isHere = method <= 1;
+        const HeifExtent source = method == 0 ? m_file : m_itemData;
         for (std::uint16_t extent = 0; extent < extents && !reader.failed(); ++extent) {
             reader.number(indexSize);
             const std::uint64_t offset = reader.number(offsetSize);
@@ -161,21 +107,18 @@ void HeifMeta::readLocations(Bytes payload) {
             if (reader.failed() || found == m_items.end() || !isHere ||
                 found->second.data.size() >= mostExtentsOfAnItem)
                 continue;
-            const std::uint64_t most = std::numeric_limits<std::uint64_t>::max();
-            if (offset > most - base || base + offset > source.size())
+            if (base > source.length || offset > source.length - base)
                 continue;
-            const std::uint64_t start = base + offset;
-            const std::uint64_t available = source.size() - start;
+            const std::uint64_t available = source.length - base - offset;
             // A length of 0 means all the rest. Data that is cut short is handed on as far as it goes.
-            const std::uint64_t taken = length == 0 ? available : std::min(length, available);
             found->second.data.push_back(
-                source.subspan(static_cast<std::size_t>(start), static_cast<std::size_t>(taken)));
+                {source.offset + base + offset, length == 0 ? available : std::min(length, available)});
         }
     }
 }
 
 void HeifMeta::readProperties(Bytes payload) {
-    for (const Box& box : boxesIn(payload)) {
+    for (const LoadedBox& box : boxesIn(payload)) {
         if (box.type == fourCC("ipco"))
             m_properties = boxesIn(box.payload);
         else if (box.type == fourCC("ipma"))
@@ -185,7 +128,7 @@ void HeifMeta::readProperties(Bytes payload) {
 
 void HeifMeta::readAssociations(Bytes payload) {
     ByteReader reader(payload);
-    const FullBox box = readFullBox(reader);
+    const HeifFullBox box = readFullBox(reader);
     const std::uint32_t count = reader.u32();
     for (std::uint32_t i = 0; i < count && !reader.failed(); ++i) {
         const HeifItemId id = box.version < 1 ? reader.u16() : reader.u32();
@@ -202,9 +145,9 @@ void HeifMeta::readAssociations(Bytes payload) {
 
 void HeifMeta::readReferences(Bytes payload) {
     ByteReader reader(payload);
-    const FullBox box = readFullBox(reader);
+    const HeifFullBox box = readFullBox(reader);
     const std::size_t idSize = box.version == 0 ? 2 : 4;
-    for (const Box& reference : boxesIn(reader.rest())) {
+    for (const LoadedBox& reference : boxesIn(reader.rest())) {
         if (reference.type != fourCC("dimg") && reference.type != fourCC("auxl"))
             continue;
         ByteReader ids(reference.payload);

@@ -1,49 +1,27 @@
 #pragma once
 
 #include <PhotoSources/ByteReader.h>
+#include <PhotoSources/IsoBoxes.h>
 
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <span>
 #include <vector>
 
 namespace PhotoSources {
 
-/// The boxes of an ISO base media file (ISO/IEC 14496-12).
-namespace HeifBoxes {
-
-using Bytes = std::span<const std::uint8_t>;
-
-constexpr std::uint32_t fourCC(const char (&text)[5]) {
-    return static_cast<std::uint32_t>(static_cast<unsigned char>(text[0])) << 24 |
-           static_cast<std::uint32_t>(static_cast<unsigned char>(text[1])) << 16 |
-           static_cast<std::uint32_t>(static_cast<unsigned char>(text[2])) << 8 |
-           static_cast<std::uint32_t>(static_cast<unsigned char>(text[3]));
-}
-
-struct Box {
-    std::uint32_t type = 0;
-    Bytes payload;
-};
-
-/// Up to the first whose size does not fit.
-[[nodiscard]] std::vector<Box> boxesIn(Bytes bytes);
-
-struct FullBox {
-    std::uint8_t version = 0;
-    std::uint32_t flags = 0;
-};
-
-FullBox readFullBox(ByteReader& reader);
-
-} // namespace HeifBoxes
-
 using HeifItemId = std::uint32_t;
+
+/// A run of bytes of the file, inside of it.
+struct HeifExtent {
+    std::uint64_t offset = 0;
+    std::uint64_t length = 0;
+};
 
 struct HeifItem {
     std::uint32_t type = 0;
-    std::vector<std::span<const std::uint8_t>> data;
+    /// What makes up the item's data, in order.
+    std::vector<HeifExtent> data;
     /// Indices into the file's properties, in the order of association.
     std::vector<std::size_t> properties;
     /// Items this one is derived from.
@@ -52,37 +30,45 @@ struct HeifItem {
     std::vector<HeifItemId> auxiliaries;
 };
 
-/// The items and properties that a HEIF file's meta box lists, as far as a picture needs them. Points into
-/// the bytes given. Counts that no picture needs are cut off: they would be an attack on the reader's time
-/// and memory.
+struct HeifFullBox {
+    std::uint8_t version = 0;
+    std::uint32_t flags = 0;
+};
+
+HeifFullBox readFullBox(ByteReader& reader);
+
+/// The items and properties that a HEIF file's meta box (ISO/IEC 23008-12) lists, as far as pictures and
+/// their metadata need them. Counts that neither needs are cut off: they would be an attack on the reader's
+/// time and memory.
 class HeifMeta {
 public:
-    /// Nothing where there is no meta box, or it does not list its primary item.
-    [[nodiscard]] static std::optional<HeifMeta> read(HeifBoxes::Bytes file);
+    /// `payload`: the contents of the meta box, which lie at `offset` in a file of `fileSize` bytes. Points
+    /// into them.
+    HeifMeta(IsoBoxes::Bytes payload, std::uint64_t offset, std::uint64_t fileSize);
 
-    [[nodiscard]] HeifItemId primary() const { return m_primary; }
-    /// Null where there is none.
+    /// Null where the file lists no such item.
+    [[nodiscard]] const HeifItem* primary() const { return item(m_primary); }
     [[nodiscard]] const HeifItem* item(HeifItemId id) const;
-    [[nodiscard]] const HeifBoxes::Box& property(std::size_t index) const { return m_properties[index]; }
+    /// The first that holds EXIF data; null where there is none.
+    [[nodiscard]] const HeifItem* exif() const { return m_exif ? item(*m_exif) : nullptr; }
+    [[nodiscard]] const IsoBoxes::LoadedBox& property(std::size_t index) const { return m_properties[index]; }
     [[nodiscard]] std::size_t propertyCount() const { return m_properties.size(); }
 
 private:
-    explicit HeifMeta(HeifBoxes::Bytes file)
-        : m_file(file) {}
+    void readPrimary(IsoBoxes::Bytes payload);
+    void readItemInfos(IsoBoxes::Bytes payload);
+    void readLocations(IsoBoxes::Bytes payload);
+    void readProperties(IsoBoxes::Bytes payload);
+    void readAssociations(IsoBoxes::Bytes payload);
+    void readReferences(IsoBoxes::Bytes payload);
 
-    bool readBoxes(HeifBoxes::Bytes payload);
-    void readPrimary(HeifBoxes::Bytes payload);
-    void readItemInfos(HeifBoxes::Bytes payload);
-    void readLocations(HeifBoxes::Bytes payload);
-    void readProperties(HeifBoxes::Bytes payload);
-    void readAssociations(HeifBoxes::Bytes payload);
-    void readReferences(HeifBoxes::Bytes payload);
-
-    HeifBoxes::Bytes m_file;
-    HeifBoxes::Bytes m_itemData;
+    /// Where items' data may lie: in the file, or in the meta box's own data box.
+    HeifExtent m_file;
+    HeifExtent m_itemData;
     HeifItemId m_primary = 0;
+    std::optional<HeifItemId> m_exif;
     std::map<HeifItemId, HeifItem> m_items;
-    std::vector<HeifBoxes::Box> m_properties;
+    std::vector<IsoBoxes::LoadedBox> m_properties;
 };
 
 } // namespace PhotoSources

@@ -5,8 +5,8 @@
 #include <Analysis/NominatimReverseGeocoder.h>
 #include <Foundation/Cancellation.h>
 #include <Foundation/Instant.h>
-
 #include <Support/LoopbackServer.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

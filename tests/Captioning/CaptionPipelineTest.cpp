@@ -41,7 +41,7 @@ class ScriptedGenerator : public CaptionGenerating {
 public:
     explicit ScriptedGenerator(std::function<std::string(int)> answer)
         : m_answer(std::move(answer)) {}
-    [[nodiscard]] std::string caption(const Foundation::Image&, const std::vector<std::string>&,
+    [[nodiscard]] std::string caption(const Foundation::Image&, const SceneTags&,
                                       const std::stop_token&) const override {
         return m_answer(++m_calls);
     }
@@ -176,6 +176,42 @@ TEST(CaptionPipelineTest, SkipsAPhotoWithoutPixelsAndCountsIt) {
     EXPECT_TRUE(run.result.captions.empty());
     EXPECT_FALSE(run.result.firstFailure);
     EXPECT_EQ(run.progress.size(), 2U);
+}
+
+/// Says what it is told of the photo, as often as it wants to.
+class TellsTags : public CaptionGenerating {
+public:
+    explicit TellsTags(int times)
+        : m_times(times) {}
+    [[nodiscard]] std::string caption(const Foundation::Image&, const SceneTags& tags,
+                                      const std::stop_token&) const override {
+        std::string told = "seen";
+        for (int i = 0; i < m_times; ++i)
+            told += ", " + tags.get().at(0);
+        return told;
+    }
+
+private:
+    int m_times;
+};
+
+TEST(CaptionPipelineTest, LooksForTagsOnlyWhenTheBackendAsksAndOncePerPhoto) {
+    const Project two = project(2);
+    int looks = 0;
+    const VisionSceneTagger tagger{0.1F, 6, [&looks](const Foundation::Image&) {
+                                       ++looks;
+                                       return std::vector{ClassObservation{"pier", 0.9F}};
+                                   }};
+    const auto captionOf = [&](const TellsTags& generator) {
+        looks = 0;
+        const CaptionPipeline pipeline{tagger, generator,
+                                       [](const ProjectModel::PhotoRef&) { return std::optional{pixel}; }};
+        return pipeline.generate(two).captions.at(two.photos[0].id);
+    };
+    EXPECT_EQ(captionOf(TellsTags{0}), "seen");
+    EXPECT_EQ(looks, 0);
+    EXPECT_EQ(captionOf(TellsTags{2}), "seen, pier, pier");
+    EXPECT_EQ(looks, 2);
 }
 
 TEST(CaptionPipelineTest, FoldsOtherErrorsIntoTransport) {

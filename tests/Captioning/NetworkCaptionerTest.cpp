@@ -4,8 +4,8 @@
 #include <Captioning/URLSessionTransport.h>
 #include <Foundation/Bytes.h>
 #include <Foundation/Cancellation.h>
-
 #include <Support/LoopbackServer.h>
+
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -87,8 +87,7 @@ JpegFacts sentToOllama(int width, int height) {
 
 TEST(OllamaCaptionerTest, SendsExactlyTheDescribedRequest) {
     const LoopbackServer server{[](const Request&) { return LoopbackServer::ok(goodOllama); }};
-    EXPECT_EQ(ollama(server.url(), "Witty.").caption(picture(20, 10), {"ignored"}, {}),
-              "Sunset over the bay.");
+    EXPECT_EQ(ollama(server.url(), "Witty.").caption(picture(20, 10), {}, {}), "Sunset over the bay.");
     const Request request = server.requests().at(0);
     EXPECT_EQ(request.method, "POST");
     EXPECT_EQ(request.path, "/api/generate");

@@ -1,9 +1,9 @@
 #include "EndToEndTest.h"
 
 #include <Foundation/AtomicFile.h>
+#include <Support/LoopbackServer.h>
 #include <Support/TestPhotos.h>
 
-#include <Support/LoopbackServer.h>
 #include <gmock/gmock.h>
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "EndToEndTest.h"
 
+#include <Support/LoopbackServer.h>
 #include <Support/PrivateKeyring.h>
 
-#include <Support/LoopbackServer.h>
 #include <gmock/gmock.h>
 
 #include <atomic>

@@ -2,8 +2,13 @@
 
 #include <Roamly/CommandLine/Commands.h>
 
+#include <nlohmann/json.hpp>
+
 #include <filesystem>
 #include <fstream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -51,8 +56,55 @@ TEST_F(DispatchTest, TheLicencesNameTheRuntimeOfTheNetworksAsPackedOnlyWhereItCo
         << ran.out;
 }
 
+TEST_F(DispatchTest, TheLicencesAreAskedForInEitherSpellingWithTheVersionOrAlone) {
+    const Ran ran = run({"--licences"});
+    EXPECT_EQ(ran.status, 0);
+    EXPECT_TRUE(ran.out.starts_with(run({"--version"}).out)) << ran.out.substr(0, 200);
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"--licenses"},
+                                               {"--version", "--licences"},
+                                               {"--version", "--licenses"},
+                                               {"--licences", "--version"}})
+        EXPECT_EQ(run(words).out, ran.out) << words[0];
+}
+
+TEST_F(DispatchTest, TheLicencesAreShownInFull) {
+    const std::string licences = run({"--licences"}).out;
+    // A sentence from the end of each, and the copyright lines that have to go along.
+    for (const std::string_view text :
+         {"Creative Commons may be contacted at creativecommons.org.",
+          "these additional rights are granted in this License in order to meet the\nterms of this License.",
+          "limitations under the License.", "Copyright (c) 2016 widdix GmbH",
+          "Copyright (c) 2025, country-coder contributors", "Copyright (c) 2020-2021, Raúl Polanco",
+          "Copyright (c) 2019 Qian Sha", "Copyright 2023 Adam Averay",
+          "Copyright (c) 2025 Karthik Gangadharaiah", "Copyright (c) 2017 Simone Primarosa"})
+        EXPECT_NE(licences.find(text), std::string::npos) << text;
+}
+
+TEST_F(DispatchTest, AtExactlyThePackedRuntimeStandsTheLicenceOfItsMakers) {
+    const std::string licences = run({"--licences"}).out;
+    const bool comesAlong = std::filesystem::exists(ROAMLY_LIBRARIES "/libonnxruntime.so");
+    for (const std::string_view text :
+         {"Copyright (c) Microsoft Corporation", "THIRD PARTY SOFTWARE NOTICES AND INFORMATION"})
+        EXPECT_EQ(licences.find(text) != std::string::npos, comesAlong) << text;
+}
+
+TEST_F(DispatchTest, EveryPackageThatComesAlongIsAttributed) {
+    const std::string licences = run({"--licences"}).out;
+    std::ifstream stream(ROAMLY_MANIFEST);
+    const auto manifest = nlohmann::json::parse(stream);
+    const bool runtimeComesAlong = std::filesystem::exists(ROAMLY_LIBRARIES "/libonnxruntime.so");
+    for (const auto& package : manifest.at("packages")) {
+        const std::string group = package.at("group");
+        const bool comesAlong = group == "onnxruntime" ? runtimeComesAlong : group != "comparison";
+        const std::string attribution = package.at("attribution");
+        EXPECT_EQ(licences.find(attribution) != std::string::npos, comesAlong) << attribution;
+    }
+}
+
 TEST_F(DispatchTest, TheVersionTakesNoOtherOption) {
     expectFailure(2, {"--version", "--bogus"});
+    expectFailure(2, {"--licences", "--bogus"});
 }
 
 TEST_F(DispatchTest, EveryCommandExplainsItselfWhateverElseIsTyped) {

@@ -16,9 +16,9 @@ TEST(ExportPresetTest, RawValuesNamesAndDimensionsAreThoseOfTheFormat) {
     EXPECT_EQ(displayName(ExportCodec::h264), "H.264");
     EXPECT_EQ(displayName(ExportCodec::hevc), "HEVC");
     EXPECT_EQ((ExportPreset{ExportResolution::p1080, ExportCodec::h264}.dimensions()),
-              (FrameSize{1920, 1080}));
+              (Frames::FrameSize{1920, 1080}));
     EXPECT_EQ((ExportPreset{ExportResolution::p2160, ExportCodec::hevc}.dimensions()),
-              (FrameSize{3840, 2160}));
+              (Frames::FrameSize{3840, 2160}));
     EXPECT_EQ((ExportPreset{ExportResolution::p1080, ExportCodec::h264}.codecTag()), "avc1");
     EXPECT_EQ((ExportPreset{ExportResolution::p1080, ExportCodec::hevc}.codecTag()), "hvc1");
 }

@@ -17,16 +17,16 @@
 namespace {
 
 using namespace Export;
-using Frame = std::shared_ptr<const YuvFrame>;
+using Frame = std::shared_ptr<const Frames::YuvFrame>;
 
 Frame numbered(std::int64_t index) {
-    auto frame = std::make_shared<YuvFrame>(FrameSize{16, 16});
+    auto frame = std::make_shared<Frames::YuvFrame>(Frames::FrameSize{16, 16});
     frame->plane(0)[0] = static_cast<std::uint8_t>(index);
     frame->plane(0)[1] = static_cast<std::uint8_t>(index >> 8);
     return frame;
 }
 
-std::int64_t numberOf(const YuvFrame& frame) {
+std::int64_t numberOf(const Frames::YuvFrame& frame) {
     return frame.plane(0)[0] + 256 * frame.plane(0)[1];
 }
 

@@ -38,7 +38,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 namespace fs = std::filesystem;
 
-constexpr FrameSize smallSize{64, 36};
+constexpr Frames::FrameSize smallSize{64, 36};
 
 void writeText(const fs::path& file, const std::string& text) {
     std::ofstream(file) << text;

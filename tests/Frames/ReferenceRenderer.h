@@ -1,7 +1,7 @@
 #pragma once
 
-#include <Frames/Compositor.h>
 #include <Foundation/Image.h>
+#include <Frames/Compositor.h>
 
 #include <span>
 #include <vector>

@@ -1,7 +1,7 @@
 #include <Foundation/Cancellation.h>
-
 #include <Http/CurlTransport.h>
 #include <Support/LoopbackServer.h>
+
 #include <gtest/gtest.h>
 
 #include <chrono>

@@ -1,4 +1,5 @@
 #include <Http/Url.h>
+
 #include <gtest/gtest.h>
 
 namespace Http {

@@ -1,7 +1,7 @@
 #include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/AnalysisController.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
 #include <Captioning/URLSessionTransport.h>
 #include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/CaptionController.h>
-
 #include <Support/LoopbackServer.h>
 #include <Support/TestPhotos.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 #include <Foundation/TemporaryFolder.h>
 #include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/ExportController.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>

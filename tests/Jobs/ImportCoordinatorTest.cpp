@@ -3,8 +3,8 @@
 #include <Foundation/TemporaryFolder.h>
 #include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/ImportCoordinator.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 
 #include <latch>

@@ -15,10 +15,10 @@
 
 namespace {
 
-using Frames::FrameSize;
-using Frames::YuvFrame;
 using Foundation::Image;
 using Foundation::Uuid;
+using Frames::FrameSize;
+using Frames::YuvFrame;
 using ProjectModel::PhotoRef;
 using Slides::SlideshowFrameSource;
 using Timeline::PhotoSegment;

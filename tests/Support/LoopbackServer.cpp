@@ -1,4 +1,5 @@
 #include <Support/LoopbackServer.h>
+
 #include <arpa/inet.h>
 #include <netinet/in.h>
 #include <sys/socket.h>

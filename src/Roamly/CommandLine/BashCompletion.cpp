@@ -80,7 +80,7 @@ std::string beginnings(std::string_view group) {
         if (known.insert(word).second)
             words.push_back(word);
     }
-    return joined(words) + (group.empty() ? " --help --version" : " --help");
+    return joined(words) + (group.empty() ? " --help --licences --version" : " --help");
 }
 
 /// What else may follow where the group's name is a command too.

@@ -100,6 +100,22 @@ int runCommand(const Command& command, const std::vector<std::string>& words) {
     }
 }
 
+bool asksForLicences(const std::string& word) {
+    return word == "--licences" || word == "--licenses";
+}
+
+/// The words are --version, --licences or both.
+int tellVersion(const std::vector<std::string>& words) {
+    const auto stranger = std::find_if(words.begin(), words.end(), [](const std::string& word) {
+        return word != "--version" && !asksForLicences(word);
+    });
+    if (stranger != words.end())
+        return failMisuse("There is no option " + *stranger + " beside " + words[0] + ".", "roamly --help");
+    const bool withLicences = std::any_of(words.begin(), words.end(), asksForLicences);
+    Console{false}.raw(withLicences ? versionText() + "\n" + licencesText() : versionText());
+    return ExitStatus::done;
+}
+
 /// A project, also one that is not there, or photos: the window opens them or says why not.
 bool namesFile(const std::string& word) {
     std::error_code ignored;
@@ -142,14 +158,8 @@ int run(int argumentCount, char* arguments[]) {
             Console{false}.raw(overview());
             return ExitStatus::done;
         }
-        if (words[0] == "--version") {
-            if (words.size() > 1 && words[1] != "--licences" && words[1] != "--licenses")
-                return failMisuse("There is no option " + words[1] + " beside --version.", "roamly --help");
-            const bool withLicences =
-                words.size() > 1 && (words[1] == "--licences" || words[1] == "--licenses");
-            Console{false}.raw(withLicences ? versionText() + "\n" + licencesText() : versionText());
-            return ExitStatus::done;
-        }
+        if (words[0] == "--version" || asksForLicences(words[0]))
+            return tellVersion(words);
         if (words[0] == "--bash-completion") {
             Console{false}.raw(bashCompletion());
             return ExitStatus::done;

@@ -83,8 +83,8 @@ std::string overview() {
     rows.emplace_back("inspect …", "show what the program sees, as JSON (roamly inspect --help)");
     writeRows(out, rows);
     out << "\n"
-           "roamly COMMAND --help explains a command; roamly --version --licences names the version and\n"
-           "what it owes to others.\n"
+           "roamly COMMAND --help explains a command; roamly --version names the version, and\n"
+           "roamly --licences also whose work comes along and under which licences.\n"
            "\n"
            "Results are JSON on standard output where a program reads it, and with --json always;\n"
            "sentences for people go to standard error. The exit\n"

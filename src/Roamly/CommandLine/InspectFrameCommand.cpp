@@ -1,5 +1,6 @@
 #include <Foundation/AtomicFile.h>
 #include <Foundation/DisplayText.h>
+#include <Frames/YuvFrame.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Drawing.h>
 #include <Roamly/CommandLine/Failures.h>
@@ -10,8 +11,6 @@
 #include <Roamly/Jobs/ExportController.h>
 #include <Roamly/Platform/SlideshowFrames.h>
 #include <Timeline/Playhead.h>
-
-#include <Frames/YuvFrame.h>
 
 #include <QBuffer>
 #include <QImage>

@@ -2,8 +2,8 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/InspectedPhotos.h>
 #include <Roamly/Jobs/CaptionController.h>
-#include <Roamly/Platform/CaptionEngine.h>
 #include <Roamly/Platform/AnalysisEngine.h>
+#include <Roamly/Platform/CaptionEngine.h>
 
 namespace CommandLine {
 

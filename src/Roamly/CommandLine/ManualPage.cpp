@@ -21,6 +21,8 @@ roamly \- turn a pile of holiday photos into a slideshow film
 .B \-\-help
 |
 .B \-\-version
+|
+.B \-\-licences
 .SH DESCRIPTION
 Roamly makes a film of photos: slow motion over each photo, dissolves, a card for each new place, captions, and
 music that fades with the last photo.

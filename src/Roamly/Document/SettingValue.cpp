@@ -1,6 +1,5 @@
-#include <Roamly/Document/SettingValue.h>
-
 #include <Http/Url.h>
+#include <Roamly/Document/SettingValue.h>
 
 #include <array>
 #include <charconv>

@@ -3,9 +3,8 @@
 #include <Captioning/OpenRouterCaptioner.h>
 #include <Foundation/Cancellation.h>
 #include <Foundation/Text.h>
-#include <Roamly/Jobs/CaptionController.h>
-
 #include <Http/Url.h>
+#include <Roamly/Jobs/CaptionController.h>
 
 #include <algorithm>
 #include <exception>
@@ -194,7 +193,8 @@ void CaptionController::regenerate(const Foundation::Uuid& photoID, Document::Pr
             run.attempted = 1;
             try {
                 if (const std::optional<Foundation::Image> image = environment->image(source))
-                    run.captions[photoID] = generator.caption(*image, tagger.tags(*image), job.stop());
+                    run.captions[photoID] =
+                        generator.caption(*image, Captioning::SceneTags{tagger, *image}, job.stop());
             } catch (const Foundation::Cancelled&) {
                 run.cancelled = true;
             } catch (const CaptionError& error) {

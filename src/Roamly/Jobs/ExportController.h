@@ -2,11 +2,10 @@
 
 #include <Export/ExportPreset.h>
 #include <Foundation/Uuid.h>
+#include <Frames/FrameSource.h>
 #include <ProjectModel/Project.h>
 #include <Roamly/Jobs/Job.h>
 #include <Timeline/EffectiveSettings.h>
-
-#include <Frames/FrameSource.h>
 
 #include <cstddef>
 #include <filesystem>

@@ -1,12 +1,11 @@
 #include <Captioning/OpenRouterCaptioner.h>
 #include <Captioning/URLSessionTransport.h>
+#include <Http/Url.h>
 #include <Roamly/Platform/AnalysisEngine.h>
 #include <Roamly/Platform/AppImageProvider.h>
 #include <Roamly/Platform/CaptionEngine.h>
 #include <Roamly/Platform/OpenRouterKey.h>
 #include <Roamly/Platform/SettingsStore.h>
-
-#include <Http/Url.h>
 
 #include <cstdlib>
 #include <exception>

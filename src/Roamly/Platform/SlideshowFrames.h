@@ -1,8 +1,7 @@
 #pragma once
 
-#include <ProjectModel/Project.h>
-
 #include <Frames/FrameSource.h>
+#include <ProjectModel/Project.h>
 
 #include <memory>
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <Timeline/SlideshowTimeline.h>
-
 #include <Frames/Compositor.h>
+#include <Timeline/SlideshowTimeline.h>
 
 #include <string_view>
 #include <vector>

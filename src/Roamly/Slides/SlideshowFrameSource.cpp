@@ -1,8 +1,7 @@
+#include <Frames/Compositor.h>
 #include <Roamly/Slides/OnceCache.h>
 #include <Roamly/Slides/SlideTextRenderer.h>
 #include <Roamly/Slides/SlideshowFrameSource.h>
-
-#include <Frames/Compositor.h>
 
 #include <algorithm>
 #include <exception>

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <Foundation/Image.h>
+#include <Frames/FrameSource.h>
 #include <ProjectModel/Project.h>
 #include <Timeline/SlideshowTimeline.h>
-
-#include <Frames/FrameSource.h>
 
 #include <functional>
 #include <memory>
