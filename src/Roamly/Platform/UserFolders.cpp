@@ -7,12 +7,16 @@ namespace Platform::UserFolders {
 
 namespace {
 
-std::filesystem::path folder(const char* variable, const char* inHome) {
+std::filesystem::path base(const char* variable, const char* inHome) {
     if (const char* value = std::getenv(variable)) {
-        if (std::filesystem::path base{value}; base.is_absolute())
-            return base / "app.roamly.Roamly";
+        if (std::filesystem::path path{value}; path.is_absolute())
+            return path;
     }
-    return std::filesystem::path{QDir::homePath().toStdString()} / inHome / "app.roamly.Roamly";
+    return std::filesystem::path{QDir::homePath().toStdString()} / inHome;
+}
+
+std::filesystem::path folder(const char* variable, const char* inHome) {
+    return base(variable, inHome) / "app.roamly.Roamly";
 }
 
 } // namespace
@@ -23,6 +27,14 @@ std::filesystem::path caches() {
 
 std::filesystem::path settings() {
     return folder("XDG_CONFIG_HOME", ".config");
+}
+
+std::filesystem::path state() {
+    return folder("XDG_STATE_HOME", ".local/state");
+}
+
+std::filesystem::path sharedData() {
+    return base("XDG_DATA_HOME", ".local/share");
 }
 
 } // namespace Platform::UserFolders

@@ -12,4 +12,11 @@ namespace Platform::UserFolders {
 /// The user's choices: `$XDG_CONFIG_HOME/app.roamly.Roamly`.
 [[nodiscard]] std::filesystem::path settings();
 
+/// What should outlast a restart and is nobody's choice, such as lists of recent files:
+/// `$XDG_STATE_HOME/app.roamly.Roamly`.
+[[nodiscard]] std::filesystem::path state();
+
+/// What the programs of the desktop keep together: `$XDG_DATA_HOME` itself.
+[[nodiscard]] std::filesystem::path sharedData();
+
 } // namespace Platform::UserFolders
