@@ -1,4 +1,5 @@
 #include <ProjectModel/AIProvider.h>
+#include <ProjectModel/Words.h>
 
 namespace ProjectModel {
 
@@ -25,7 +26,7 @@ std::optional<AIProvider> aiProviderFromRawValue(std::string_view text) {
 std::string_view displayName(AIProvider provider) {
     switch (provider) {
     case AIProvider::apple:
-        return "Apple (on-device)";
+        return Words::builtInProvider;
     case AIProvider::ollama:
         return "Ollama (local)";
     case AIProvider::openRouter:

@@ -224,7 +224,7 @@ TEST(CaptionPipelineTest, FoldsOtherErrorsIntoTransport) {
 TEST(CaptionPipelineTest, VisitsEveryPhotoThoughTheOnDeviceModelIsUnavailable) {
     const Outcome run = runOn(project(4), FoundationModelsCaptioner{});
     EXPECT_EQ(run.result.firstFailure,
-              CaptionError{BackendUnavailable{"Apple Intelligence is not available on this Mac."}});
+              CaptionError{BackendUnavailable{"The built-in captions are not available on this computer."}});
     EXPECT_EQ(run.progress.size(), 4U);
 }
 

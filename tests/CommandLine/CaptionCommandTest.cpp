@@ -139,7 +139,7 @@ TEST_F(CaptionCommandTest, FailsWithTheFirstFailureInWordsAndKeepsTheRest) {
 TEST_F(CaptionCommandTest, TheProviderInEffectIsTheProjectsThenTheUsersThenTheOnDeviceModel) {
     const Ran onDevice = run({"caption", "p.roamly"});
     EXPECT_EQ(onDevice.status, 1);
-    EXPECT_THAT(onDevice.err, HasSubstr("Apple Intelligence is not available on this Mac."));
+    EXPECT_THAT(onDevice.err, HasSubstr("The built-in captions are not available on this computer."));
     ASSERT_EQ(run({"settings", "defaultAIProvider", "ollama"}).status, 0);
     EXPECT_EQ(run({"caption", "p.roamly"}).status, 0);
     ASSERT_EQ(run({"set", "p.roamly", "aiProvider", "apple"}).status, 0);
@@ -157,10 +157,10 @@ TEST_F(CaptionCommandTest, RefusesWithAICaptionsOff) {
 TEST_F(CaptionCommandTest, TheCloudMustBeConfirmed) {
     const Ran ran = run({"caption", "p.roamly", "--provider", "openRouter"});
     EXPECT_EQ(ran.status, 1);
-    EXPECT_THAT(ran.err, HasSubstr("Privacy: photos leave your Mac"));
+    EXPECT_THAT(ran.err, HasSubstr("Privacy: photos leave your computer"));
     EXPECT_THAT(ran.err,
                 HasSubstr("OpenRouter (cloud) captions in the cloud. Each selected photo is uploaded to "
-                          "generate its caption — it does not stay on your Mac. Apple and Ollama caption "
+                          "generate its caption — it does not stay on your computer. Built-in and Ollama caption "
                           "locally instead."));
     EXPECT_THAT(ran.err, HasSubstr("--yes"));
     EXPECT_TRUE(server.requests().empty());

@@ -4,8 +4,7 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Help.h>
 #include <Roamly/CommandLine/ManualPage.h>
-#include <Roamly/CommandLine/ProjectSettingKeys.h>
-#include <Roamly/Platform/SettingsStore.h>
+#include <Roamly/Document/SettingsTable.h>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -60,6 +59,15 @@ std::string outputOf(const std::vector<std::string>& words) {
     return text;
 }
 
+/// The words of a text with one blank between them.
+std::string onOneLine(const std::string& text) {
+    std::istringstream words{text};
+    std::string line;
+    for (std::string word; words >> word;)
+        line += (line.empty() ? "" : " ") + word;
+    return line;
+}
+
 } // namespace
 
 TEST(HelpTest, EveryCommandHasANameOfItsOwnAndEverythingThatHelpShows) {
@@ -93,19 +101,51 @@ TEST(HelpTest, TheOverviewListsEveryCommandAndTheGroupsTheirMembers) {
         EXPECT_NE(everything.find(command.summary), std::string::npos) << command.name;
 }
 
-TEST(HelpTest, SettingsNamesEveryKeyAndItsDefault) {
-    const std::string help = commandHelp(named("settings"));
-    for (const Platform::SettingKey& key : Platform::settingKeys()) {
-        EXPECT_NE(help.find(key.name), std::string::npos) << key.name;
-        EXPECT_NE(help.find(key.text(Document::AppSettings{}).value_or("(none)")), std::string::npos)
-            << key.name;
+TEST(HelpTest, SettingsTellsOfEveryOneItsDefaultAndWhatItTakes) {
+    const std::string help = onOneLine(commandHelp(named("settings")));
+    for (const Document::Setting& setting : Document::settingsTable()) {
+        const std::string line = std::string{setting.user.name} + " " +
+                                 setting.user.text(Document::AppSettings{}).value_or("(none)") + " " +
+                                 std::string{setting.accepts} + ": " + std::string{setting.summary};
+        EXPECT_NE(help.find(line), std::string::npos) << line;
     }
 }
 
-TEST(HelpTest, SetNamesEveryKeyOfAProject) {
-    const std::string help = commandHelp(named("set"));
-    for (const CommandLine::ProjectSettingKey& key : CommandLine::projectSettingKeys())
-        EXPECT_NE(help.find(key.name), std::string::npos) << key.name;
+TEST(HelpTest, SetTellsOfEverySettingThatAProjectMayHave) {
+    const std::string help = onOneLine(commandHelp(named("set")));
+    for (const Document::Setting& setting : Document::settingsTable()) {
+        const std::string meaning = " " + std::string{setting.accepts} + ": " + std::string{setting.summary};
+        if (setting.project) {
+            EXPECT_NE(help.find(std::string{setting.project->name} + meaning), std::string::npos)
+                << setting.project->name;
+        } else {
+            EXPECT_EQ(help.find(setting.user.name), std::string::npos) << setting.user.name;
+        }
+    }
+}
+
+TEST(HelpTest, ColumnsAreAlignedAndALongTextInTheMiddlePushesTheRestDown) {
+    EXPECT_EQ(CommandLine::columnText(
+                  {{"a", "1", "first"}, {"long", "a text as long as this", "second"}, {"b", "…", "third"}}),
+              "  a     1  first\n"
+              "  long  a text as long as this\n"
+              "           second\n"
+              "  b     …  third");
+}
+
+TEST(HelpTest, TheLastColumnIsWrappedBetweenWords) {
+    std::string words;
+    for (int i = 0; i < 40; ++i)
+        words += (i == 0 ? "" : " ") + std::string("word");
+    const std::string text = CommandLine::columnText({{"name", words}});
+    EXPECT_EQ(onOneLine(text), "name " + words);
+    std::istringstream lines{text};
+    std::string line;
+    for (bool isFirst = true; std::getline(lines, line); isFirst = false) {
+        EXPECT_LT(line.size(), 100U);
+        EXPECT_EQ(line.find("word"), 8U);
+        EXPECT_EQ(line.starts_with("  name  "), isFirst);
+    }
 }
 
 TEST(HelpTest, LinesFitATerminalOfAHundredColumns) {

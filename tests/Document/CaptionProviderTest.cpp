@@ -36,10 +36,10 @@ TEST(CaptionProviderTest, TheQuestionSaysWhoGetsThePhotos) {
     const auto confirmation = privacyConfirmation(AIProvider::openRouter, AIProvider::apple);
     ASSERT_TRUE(confirmation);
     EXPECT_EQ(confirmation->provider, AIProvider::openRouter);
-    EXPECT_EQ(confirmation->title, "Privacy: photos leave your Mac");
+    EXPECT_EQ(confirmation->title, "Privacy: photos leave your computer");
     EXPECT_EQ(confirmation->message,
               "OpenRouter (cloud) captions in the cloud. Each selected photo is uploaded to generate its "
-              "caption — it does not stay on your Mac. Apple and Ollama caption locally instead.");
+              "caption — it does not stay on your computer. Built-in and Ollama caption locally instead.");
     EXPECT_EQ(confirmation->agreement, "Use OpenRouter (cloud)");
 }
 

@@ -11,9 +11,8 @@
 #include <vector>
 
 using Document::AppSettings;
+using Document::findUserSetting;
 using Foundation::Testing::TemporaryFolder;
-using Platform::findSettingKey;
-using Platform::SettingKey;
 using Platform::SettingsStore;
 
 namespace {
@@ -21,9 +20,9 @@ namespace {
 class SettingsStoreTest : public testing::Test {
 protected:
     bool set(std::string_view name, std::string_view text) {
-        return m_store.set(*findSettingKey(name), text);
+        return m_store.set(*findUserSetting(name), text);
     }
-    void unset(std::string_view name) { m_store.unset(*findSettingKey(name)); }
+    void unset(std::string_view name) { m_store.unset(*findUserSetting(name)); }
     void writeFile(std::string_view contents) {
         std::filesystem::create_directories(m_store.path().parent_path());
         Foundation::writeFileAtomically(m_store.path(), contents);
@@ -33,12 +32,6 @@ protected:
     TemporaryFolder m_folder;
     SettingsStore m_store{m_folder / "app.roamly.Roamly/settings.ini"};
 };
-
-std::string json(std::string_view name, const AppSettings& settings) {
-    Foundation::JsonWriter writer{Foundation::JsonWriter::Layout::Compact};
-    findSettingKey(name)->write(writer, settings);
-    return writer.text();
-}
 
 } // namespace
 
@@ -74,12 +67,12 @@ TEST_F(SettingsStoreTest, EverySettingIsStoredUnderItsKeyAndReadBack) {
         {"openRouterModel", "google/gemini-flash-1.5"},
         {"geocoderURL", "http://geocoder.example/nominatim"},
         {"captionPrompt", "Witty, \"dry\"; like postcards = fun \\ 日本 \n second line"}};
-    ASSERT_EQ(values.size(), Platform::settingKeys().size());
+    ASSERT_EQ(values.size(), Document::settingsTable().size());
     for (const auto& [name, text] : values)
         EXPECT_TRUE(set(name, text)) << name;
     const AppSettings settings = m_store.load();
     for (const auto& [name, text] : values)
-        EXPECT_EQ(findSettingKey(name)->text(settings), text) << name;
+        EXPECT_EQ(findUserSetting(name)->user.text(settings), text) << name;
     EXPECT_NE(file().find("photoDuration=7.25\n"), std::string::npos) << file();
     EXPECT_NE(file().find("kenBurnsEnabled=false\n"), std::string::npos) << file();
 }
@@ -166,7 +159,7 @@ TEST_F(SettingsStoreTest, AFolderThatCannotBeMadeIsToldInOneSentence) {
     Foundation::writeFileAtomically(m_folder / "file", "");
     SettingsStore store{m_folder / "file/app.roamly.Roamly/settings.ini"};
     try {
-        store.set(*findSettingKey("ollamaModel"), "x");
+        store.set(*findUserSetting("ollamaModel"), "x");
         FAIL() << "nothing was thrown";
     } catch (const Platform::SettingsStoreError& error) {
         EXPECT_NE(std::string{error.what()}.find("settings.ini"), std::string::npos);
@@ -193,7 +186,7 @@ TEST_F(SettingsStoreTest, ProcessesWritingAtTheSameTimeLoseNoWrite) {
             try {
                 for (int round = 0; round < writes; ++round) {
                     SettingsStore store{m_store.path()};
-                    isStored = store.set(*findSettingKey(name), value(name, round)) && isStored;
+                    isStored = store.set(*findUserSetting(name), value(name, round)) && isStored;
                 }
             } catch (...) {
                 isStored = false;
@@ -209,18 +202,7 @@ TEST_F(SettingsStoreTest, ProcessesWritingAtTheSameTimeLoseNoWrite) {
     }
     const AppSettings settings = m_store.load();
     for (const std::string& name : names)
-        EXPECT_EQ(findSettingKey(name)->text(settings), value(name, writes - 1)) << name;
-}
-
-TEST_F(SettingsStoreTest, ValuesAreWrittenAsTypedJson) {
-    AppSettings settings;
-    EXPECT_EQ(json("photoDuration", settings), "5");
-    EXPECT_EQ(json("kenBurnsEnabled", settings), "true");
-    EXPECT_EQ(json("chapterStyle", settings), "\"card\"");
-    EXPECT_EQ(json("exportResolution", settings), "\"p1080\"");
-    EXPECT_EQ(json("captionPrompt", settings), "null");
-    settings.captionPrompt = "a \"quoted\" one";
-    EXPECT_EQ(json("captionPrompt", settings), "\"a \\\"quoted\\\" one\"");
+        EXPECT_EQ(findUserSetting(name)->user.text(settings), value(name, writes - 1)) << name;
 }
 
 TEST(SettingsStorePathTest, LiesInTheApplicationsFolderOfTheUsersConfiguration) {

@@ -35,7 +35,7 @@ TEST(AIProviderTest, ListsItsCasesInTheOrderOfPickersWithTheirNames) {
     }
     EXPECT_EQ(rawValues, (std::vector<std::string_view>{"apple", "ollama", "openRouter"}));
     EXPECT_EQ(names,
-              (std::vector<std::string_view>{"Apple (on-device)", "Ollama (local)", "OpenRouter (cloud)"}));
+              (std::vector<std::string_view>{"Built-in (on-device)", "Ollama (local)", "OpenRouter (cloud)"}));
 }
 
 TEST(AIProviderTest, SendsPhotosToTheCloudOnlyWithOpenRouter) {

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <stop_token>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -32,7 +33,7 @@ struct Command {
     /// Without --json and --help, which every command has.
     std::vector<Option> options;
     /// What else a newcomer should know.
-    std::string_view details = {};
+    std::string details = {};
     std::vector<std::string_view> examples = {};
     /// Returns an ExitStatus, or throws UsageError, Failure, Document::Refusal, Foundation::Cancelled or any
     /// std::exception whose text is a sentence.

@@ -30,6 +30,66 @@ void writeRows(std::ostream& out, const Rows& rows) {
         out << "  " << name << std::string(widest - columns(name) + 2, ' ') << help << '\n';
 }
 
+/// Where columns begin: each is as wide as its widest text, but those between the first and the last stay
+/// narrow for the sake of a text or two.
+std::vector<std::size_t> columnStarts(const std::vector<std::vector<std::string>>& rows) {
+    constexpr std::size_t indent = 2;
+    constexpr std::size_t gap = 2;
+    constexpr std::size_t narrow = 12;
+    std::vector<std::size_t> widths;
+    for (const std::vector<std::string>& row : rows) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (std::size_t column = 0; column < row.size(); ++column) {
+            const std::size_t width = columns(row[column]);
+            if (column == 0 || width <= narrow)
+                widths[column] = std::max(widths[column], width);
+        }
+    }
+    std::vector<std::size_t> starts{indent};
+    for (const std::size_t width : widths)
+        starts.push_back(starts.back() + width + gap);
+    return starts;
+}
+
+/// The end of a text, where a row of columns is written.
+class Line {
+public:
+    explicit Line(std::string& text)
+        : m_text(text) {}
+
+    /// Leaves at least two blanks before the column, on the next line if need be.
+    void goTo(std::size_t column) {
+        if (m_at > 0 && m_at + 2 > column)
+            breakLine();
+        m_text += std::string(column - m_at, ' ');
+        m_at = column;
+    }
+    void write(std::string_view text) {
+        m_text += text;
+        m_at += columns(text);
+    }
+    /// Goes on at `start` of the next line when the word does not fit any more.
+    void writeWord(std::string_view word, std::size_t start) {
+        constexpr std::size_t widest = 99;
+        if (m_at > start && m_at + 1 + columns(word) > widest) {
+            breakLine();
+            goTo(start);
+        } else if (m_at > start) {
+            write(" ");
+        }
+        write(word);
+    }
+
+private:
+    void breakLine() {
+        m_text += '\n';
+        m_at = 0;
+    }
+
+    std::string& m_text;
+    std::size_t m_at = 0;
+};
+
 Rows commandRows(std::string_view group) {
     const std::string prefix = std::string{group} + " ";
     Rows rows;
@@ -60,6 +120,25 @@ std::string sentence(std::string_view summary) {
     if (!text.empty() && text[0] >= 'a' && text[0] <= 'z')
         text[0] = static_cast<char>(text[0] - 'a' + 'A');
     return text + ".";
+}
+
+std::string columnText(const std::vector<std::vector<std::string>>& rows) {
+    const std::vector<std::size_t> starts = columnStarts(rows);
+    std::string text;
+    for (const std::vector<std::string>& row : rows) {
+        text += text.empty() ? "" : "\n";
+        Line line{text};
+        const std::size_t last = starts[row.size() - 1];
+        for (std::size_t column = 0; column + 1 < row.size(); ++column) {
+            line.goTo(starts[column]);
+            line.write(row[column]);
+        }
+        line.goTo(last);
+        std::istringstream words{row.back()};
+        for (std::string word; words >> word;)
+            line.writeWord(word, last);
+    }
+    return text;
 }
 
 std::string overview() {

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace CommandLine {
 
@@ -21,6 +22,10 @@ namespace CommandLine {
 
 /// A summary as a sentence of its own.
 [[nodiscard]] std::string sentence(std::string_view summary);
+
+/// Rows of texts in columns, without a line end after the last. The last column is wrapped at the width of a
+/// help text; a text far wider than the others of its column pushes the rest of its row to the next line.
+[[nodiscard]] std::string columnText(const std::vector<std::vector<std::string>>& rows);
 
 /// The options that every command has.
 [[nodiscard]] std::span<const Option> commonOptions();

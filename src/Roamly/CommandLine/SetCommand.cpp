@@ -1,11 +1,12 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
-#include <Roamly/CommandLine/ProjectSettingKeys.h>
 #include <Roamly/CommandLine/Prompt.h>
 #include <Roamly/CommandLine/Reviewing.h>
+#include <Roamly/CommandLine/SettingsHelp.h>
 #include <Roamly/CommandLine/Suggestion.h>
 #include <Roamly/CommandLine/Values.h>
 #include <Roamly/Document/CaptionProvider.h>
+#include <Roamly/Document/SettingsTable.h>
 #include <Roamly/Platform/SettingsStore.h>
 
 namespace CommandLine {
@@ -14,24 +15,17 @@ namespace {
 
 using ProjectModel::ProjectSettings;
 
-std::vector<std::string_view> keyNames() {
-    std::vector<std::string_view> names;
-    for (const ProjectSettingKey& key : projectSettingKeys())
-        names.push_back(key.name);
-    return names;
-}
-
-const ProjectSettingKey& findKey(const std::string& name) {
-    for (const ProjectSettingKey& key : projectSettingKeys()) {
-        if (key.name == name)
-            return key;
-    }
-    throw UsageError("A project has no setting “" + name + "”." + suggestion(name, keyNames()));
+const Document::Setting& findSetting(const std::string& name) {
+    if (const Document::Setting* const setting = Document::findProjectSetting(name))
+        return *setting;
+    throw UsageError("A project has no setting “" + name + "”." +
+                     suggestion(name, SettingsHelp::projectNames()));
 }
 
 int run(const Invocation& invocation) {
     const Arguments& arguments = invocation.arguments;
-    const ProjectSettingKey& key = findKey(arguments.positionals()[1]);
+    const Document::Setting& setting = findSetting(arguments.positionals()[1]);
+    const auto& own = *setting.project;
     const bool isUnset = arguments.has("--unset");
     const std::span<const std::string> values = arguments.positionalsFrom(2);
     if (isUnset == !values.empty())
@@ -40,17 +34,16 @@ int run(const Invocation& invocation) {
     if (!isUnset) {
         text = Values::text(values[0], "VALUE");
         ProjectSettings scratch;
-        if (!key.assign(scratch, text))
-            throw UsageError("“" + text + "” is no value for " + std::string{key.name} + "; it takes " +
-                             std::string{key.accepts} + ".");
+        if (!own.assign(scratch, text))
+            throw UsageError(Document::noValueSentence(setting, own.name, text));
     }
     return changeProject(invocation, [&](Document::ProjectDocument& document) {
         const ProjectSettings before = document.project().settings;
         ProjectSettings after = before;
         if (isUnset) {
-            key.clear(after);
+            own.clear(after);
         } else {
-            key.assign(after, text);
+            own.assign(after, text);
             if (after.aiProvider) {
                 const auto inEffect = effectiveProvider(before, Platform::SettingsStore{}.load());
                 if (const auto confirmation = Document::privacyConfirmation(*after.aiProvider, inEffect))
@@ -70,20 +63,15 @@ Command setCommand() {
         .summary = "change a project’s own settings",
         .usages = {"PROJECT KEY VALUE", "PROJECT KEY --unset"},
         .positionals = {{"PROJECT", "the project file"},
-                        {.name = "KEY", .help = "the setting, see below", .choices = keyNames()},
+                        {.name = "KEY",
+                         .help = "the setting, see below",
+                         .choices = SettingsHelp::projectNames()},
                         {"VALUE", "its new value", true}},
         .options = {{"--unset", {}, "the settings for all projects hold again"},
                     {"--yes", {}, "confirm that photos leave this computer, for aiProvider openRouter"}},
-        .details = "What a project does not set is taken from the settings for all projects, see “roamly "
-                   "settings”.\n"
-                   "\n"
-                   "  photoDuration      a number of seconds above 0: how long each photo is on screen\n"
-                   "  kenBurnsEnabled    true or false: slow pan and zoom on photos\n"
-                   "  captionsEnabled    true or false: show captions in the video\n"
-                   "  aiCaptionsEnabled  true or false: allow generated captions\n"
-                   "  chapterStyle       card or overlay: how a new place is announced\n"
-                   "  aiProvider         apple, ollama or openRouter: who writes generated captions\n"
-                   "  captionPrompt      any text: guidance for generated captions",
+        .details = std::string{"What a project does not set is taken from the settings for all projects, see "
+                               "“roamly settings”.\n\n"} +
+                   SettingsHelp::projectTable(),
         .examples = {"roamly set Lisbon.roamly photoDuration 4",
                      "roamly set Lisbon.roamly chapterStyle --unset"},
         .run = run,

@@ -1,7 +1,10 @@
+#include <ProjectModel/Words.h>
 #include <Roamly/Document/CaptionProvider.h>
 #include <Roamly/Document/Refusal.h>
 
 namespace Document {
+
+namespace Words = ProjectModel::Words;
 
 using ProjectModel::AIProvider;
 using ProjectModel::ProjectSettings;
@@ -14,10 +17,7 @@ std::optional<PrivacyConfirmation> privacyConfirmation(AIProvider chosen, AIProv
     if (!sendsPhotosToCloud(chosen) || chosen == inEffect)
         return std::nullopt;
     const std::string name{displayName(chosen)};
-    return PrivacyConfirmation{chosen, "Privacy: photos leave your Mac",
-                               name + " captions in the cloud. Each selected photo is uploaded to generate "
-                                      "its caption — it does not stay on "
-                                      "your Mac. Apple and Ollama caption locally instead.",
+    return PrivacyConfirmation{chosen, Words::privacyTitle, name + std::string{Words::privacyMessageEnd},
                                "Use " + name};
 }
 

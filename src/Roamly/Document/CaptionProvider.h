@@ -35,10 +35,6 @@ struct PrivacyConfirmation {
 /// What is shown for as long as a provider is in effect that receives the photos; nothing for the others.
 [[nodiscard]] std::optional<std::string> privacyAlert(ProjectModel::AIProvider inEffect);
 
-/// What the providers do with photos, for whoever chooses the one for all projects.
-inline constexpr std::string_view providersNote =
-    "Apple and Ollama caption on this Mac. OpenRouter sends each photo to the cloud.";
-
 /// Whether captions may be generated: as the project says, otherwise as the user does.
 [[nodiscard]] bool allowsAICaptions(const ProjectModel::ProjectSettings& project, const AppSettings& user);
 

@@ -1,3 +1,4 @@
+#include <Foundation/Bytes.h>
 #include <Http/Url.h>
 #include <Roamly/Document/SettingValue.h>
 
@@ -33,6 +34,12 @@ std::string text(double number) {
     std::array<char, 32> buffer{};
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
     return {buffer.data(), result.ptr};
+}
+
+std::optional<std::string> plainText(std::string_view text) {
+    if (!Foundation::isValidUtf8(text))
+        return std::nullopt;
+    return std::string{text};
 }
 
 std::optional<std::string> webAddress(std::string_view text) {

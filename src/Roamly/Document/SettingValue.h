@@ -19,6 +19,9 @@ namespace Document::SettingValue {
 /// The shortest text that `number` reads back to the same value.
 [[nodiscard]] std::string text(double number);
 
+/// Any text at all, the empty one too; nothing when it is not valid UTF-8.
+[[nodiscard]] std::optional<std::string> plainText(std::string_view text);
+
 /// An address of a web server: http or https, with a host.
 [[nodiscard]] std::optional<std::string> webAddress(std::string_view text);
 

@@ -1,5 +1,3 @@
-#include <Foundation/Bytes.h>
-#include <Roamly/Document/SettingValue.h>
 #include <Roamly/Platform/SettingsStore.h>
 #include <Roamly/Platform/UserFolders.h>
 
@@ -11,8 +9,6 @@
 #include <QSettings>
 #include <QString>
 #include <QStringList>
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <cstring>
 #include <system_error>
@@ -20,129 +16,6 @@
 namespace Platform {
 
 namespace {
-
-using Foundation::JsonWriter;
-
-/// Stores a parsed value where it belongs; false when there is none.
-template <typename Target, typename Value>
-bool put(Target& target, std::optional<Value> value) {
-    if (!value)
-        return false;
-    target = *std::move(value);
-    return true;
-}
-
-template <auto Member>
-bool assignBoolean(Document::AppSettings& settings, std::string_view text) {
-    return put(settings.*Member, Document::SettingValue::boolean(text));
-}
-
-template <auto Member, auto Parse>
-bool assignChoice(Document::AppSettings& settings, std::string_view text) {
-    return put(settings.*Member, Parse(text));
-}
-
-/// A name that a server will be asked for. An empty one is a value like any other, not the default.
-template <auto Member>
-bool assignName(Document::AppSettings& settings, std::string_view text) {
-    if (!Foundation::isValidUtf8(text))
-        return false;
-    settings.*Member = std::string{text};
-    return true;
-}
-
-template <auto Member>
-std::optional<std::string> booleanText(const Document::AppSettings& settings) {
-    return settings.*Member ? "true" : "false";
-}
-
-template <auto Member>
-std::optional<std::string> choiceText(const Document::AppSettings& settings) {
-    return std::string{rawValue(settings.*Member)};
-}
-
-template <auto Member>
-std::optional<std::string> plainText(const Document::AppSettings& settings) {
-    return settings.*Member;
-}
-
-template <auto Member>
-void writeValue(JsonWriter& json, const Document::AppSettings& settings) {
-    json.value(settings.*Member);
-}
-
-template <auto Member>
-void writeOptional(JsonWriter& json, const Document::AppSettings& settings) {
-    if (settings.*Member)
-        json.value(*(settings.*Member));
-    else
-        json.null();
-}
-
-template <auto Member>
-void writeChoice(JsonWriter& json, const Document::AppSettings& settings) {
-    json.value(rawValue(settings.*Member));
-}
-
-template <auto Member>
-constexpr SettingKey booleanKey(std::string_view name, std::string_view summary) {
-    return {name, "true or false", summary, assignBoolean<Member>, booleanText<Member>, writeValue<Member>};
-}
-
-template <auto Member, auto Parse>
-constexpr SettingKey choiceKey(std::string_view name, std::string_view accepts, std::string_view summary) {
-    return {name, accepts, summary, assignChoice<Member, Parse>, choiceText<Member>, writeChoice<Member>};
-}
-
-template <auto Member>
-constexpr SettingKey nameKey(std::string_view name, std::string_view summary) {
-    return {name, "a name", summary, assignName<Member>, plainText<Member>, writeValue<Member>};
-}
-
-constexpr std::array keys{
-    SettingKey{"photoDuration", "a number of seconds above 0", "seconds each photo is on screen",
-               [](Document::AppSettings& settings, std::string_view text) {
-                   return put(settings.photoDuration, Document::SettingValue::positiveNumber(text));
-               },
-               [](const Document::AppSettings& settings) -> std::optional<std::string> {
-                   return Document::SettingValue::text(settings.photoDuration);
-               },
-               writeValue<&Document::AppSettings::photoDuration>},
-    booleanKey<&Document::AppSettings::kenBurnsEnabled>("kenBurnsEnabled", "slow pan and zoom on photos"),
-    choiceKey<&Document::AppSettings::chapterStyle, ProjectModel::chapterStyleFromRawValue>(
-        "chapterStyle", "card or overlay", "how a new place is announced"),
-    booleanKey<&Document::AppSettings::captionsEnabled>("captionsEnabled", "show captions in the video"),
-    booleanKey<&Document::AppSettings::aiCaptionsEnabled>("aiCaptionsEnabled", "allow generated captions"),
-    choiceKey<&Document::AppSettings::exportResolution, Export::exportResolutionFromRawValue>(
-        "exportResolution", "p1080 or p2160", "size of exported movies"),
-    choiceKey<&Document::AppSettings::exportCodec, Export::exportCodecFromRawValue>(
-        "exportCodec", "h264 or hevc", "video format of exported movies"),
-    choiceKey<&Document::AppSettings::defaultAIProvider, ProjectModel::aiProviderFromRawValue>(
-        "defaultAIProvider", "apple, ollama or openRouter", "who writes generated captions"),
-    SettingKey{"ollamaBaseURL", "an http or https address", "address of the Ollama server",
-               [](Document::AppSettings& settings, std::string_view text) {
-                   return put(settings.ollamaBaseURL, Document::SettingValue::webAddress(text));
-               },
-               plainText<&Document::AppSettings::ollamaBaseURL>,
-               writeValue<&Document::AppSettings::ollamaBaseURL>},
-    nameKey<&Document::AppSettings::ollamaModel>("ollamaModel", "model of the Ollama server"),
-    nameKey<&Document::AppSettings::openRouterModel>("openRouterModel", "model at OpenRouter"),
-    SettingKey{"captionPrompt", "any text", "guidance for generated captions",
-               [](Document::AppSettings& settings, std::string_view text) {
-                   if (!Foundation::isValidUtf8(text))
-                       return false;
-                   settings.captionPrompt = std::string{text};
-                   return true;
-               },
-               plainText<&Document::AppSettings::captionPrompt>,
-               writeOptional<&Document::AppSettings::captionPrompt>},
-    SettingKey{"geocoderURL", "an http or https address", "a server that names places",
-               [](Document::AppSettings& settings, std::string_view text) {
-                   return put(settings.geocoderURL, Document::SettingValue::webAddress(text));
-               },
-               plainText<&Document::AppSettings::geocoderURL>,
-               writeOptional<&Document::AppSettings::geocoderURL>},
-};
 
 constexpr std::string_view legacyOpenRouterKeyName = "openRouterKey";
 
@@ -200,16 +73,6 @@ void makePrivateFile(const std::filesystem::path& path) {
 
 } // namespace
 
-std::span<const SettingKey> settingKeys() {
-    return keys;
-}
-
-const SettingKey* findSettingKey(std::string_view name) {
-    const auto found =
-        std::find_if(keys.begin(), keys.end(), [&](const SettingKey& key) { return key.name == name; });
-    return found == keys.end() ? nullptr : &*found;
-}
-
 std::filesystem::path SettingsStore::defaultPath() {
     return UserFolders::settings() / "settings.ini";
 }
@@ -220,24 +83,24 @@ SettingsStore::SettingsStore(std::filesystem::path path)
 Document::AppSettings SettingsStore::load() const {
     Document::AppSettings settings;
     const QSettings file{qString(m_path.string()), QSettings::IniFormat};
-    for (const SettingKey& key : keys) {
-        if (const std::optional<std::string> text = storedText(file, key.name))
-            key.assign(settings, *text);
+    for (const Document::Setting& setting : Document::settingsTable()) {
+        if (const std::optional<std::string> text = storedText(file, setting.user.name))
+            setting.user.assign(settings, *text);
     }
     return settings;
 }
 
-bool SettingsStore::set(const SettingKey& key, std::string_view text) {
+bool SettingsStore::set(const Document::Setting& setting, std::string_view text) {
     Document::AppSettings parsed;
-    if (!key.assign(parsed, text))
+    if (!setting.user.assign(parsed, text))
         return false;
-    change(key.name, key.text(parsed));
+    change(setting.user.name, setting.user.text(parsed));
     return true;
 }
 
-void SettingsStore::unset(const SettingKey& key) {
+void SettingsStore::unset(const Document::Setting& setting) {
     if (std::filesystem::exists(m_path))
-        change(key.name, std::nullopt);
+        change(setting.user.name, std::nullopt);
 }
 
 std::optional<std::string> SettingsStore::legacyOpenRouterKey() const {

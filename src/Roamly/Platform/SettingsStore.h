@@ -1,34 +1,15 @@
 #pragma once
 
-#include <Foundation/JsonWriter.h>
 #include <Roamly/Document/AppSettings.h>
+#include <Roamly/Document/SettingsTable.h>
 
 #include <filesystem>
 #include <optional>
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace Platform {
-
-/// One setting: its name in the file, what it accepts and how it is shown.
-struct SettingKey {
-    std::string_view name;
-    /// What a value may be, to complete "It takes …".
-    std::string_view accepts;
-    std::string_view summary;
-    /// Reads the text into the settings; false when it is no value for this key, and nothing changes.
-    bool (*assign)(Document::AppSettings& settings, std::string_view text);
-    /// The text that `assign` reads back; nothing when the setting holds no value.
-    std::optional<std::string> (*text)(const Document::AppSettings& settings);
-    /// Writes the typed value; `null` when the setting holds none.
-    void (*write)(Foundation::JsonWriter& json, const Document::AppSettings& settings);
-};
-
-/// All settings, in the order they are listed to people.
-[[nodiscard]] std::span<const SettingKey> settingKeys();
-[[nodiscard]] const SettingKey* findSettingKey(std::string_view name);
 
 /// The settings file could not be written. `what()` is one sentence for the user.
 class SettingsStoreError : public std::runtime_error {
@@ -51,12 +32,12 @@ public:
     /// default.
     [[nodiscard]] Document::AppSettings load() const;
 
-    /// Stores a value; false, and nothing changes, when the text is no value for the key.
+    /// Stores a value; false, and nothing changes, when the text is no value for the setting.
     /// Throws SettingsStoreError.
-    bool set(const SettingKey& key, std::string_view text);
+    bool set(const Document::Setting& setting, std::string_view text);
 
     /// Back to the default. Throws SettingsStoreError.
-    void unset(const SettingKey& key);
+    void unset(const Document::Setting& setting);
 
     /// The OpenRouter key that an older version left here; none in files of this version.
     [[nodiscard]] std::optional<std::string> legacyOpenRouterKey() const;
