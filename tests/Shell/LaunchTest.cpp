@@ -1,7 +1,7 @@
 #include <Roamly/Window/Shell/LaunchRequest.h>
 #include <Roamly/Window/Shell/SingleInstance.h>
-
 #include <Support/PrivateKeyring.h>
+
 #include <gtest/gtest.h>
 
 #include <QProcess>

@@ -196,6 +196,7 @@ TEST_F(ProjectWindowTest, WhatIsUnsavedIsKeptForACrashAndGoneOnceItIsSaved) {
     const auto window = opened();
     leaveOutFirst(*window);
     waitFor([&] { return std::filesystem::exists(recovery); });
+    waitFor([&] { return recoveredFrom == folder / "Lisbon.roamly"; });
     EXPECT_FALSE(Document::ProjectStore::load(recovery).project.photos[0].isSelected);
     trigger(*window, Intent::save);
     waitFor([&] { return !std::filesystem::exists(recovery); });
@@ -261,12 +262,23 @@ TEST_F(ProjectWindowTest, WhatACrashLeftComesBackUnsavedUnderItsName) {
     const auto lisbon = saved("Lisbon.roamly", projectOf(3));
     ProjectModel::Project unsaved = projectOf(3);
     unsaved.photos[1].isSelected = false;
+    Document::ProjectStore::save(recovery, unsaved);
     Shell::Windows windows{services};
-    windows.recover(unsaved, lisbon);
-    ProjectWindow& window = *windows.all().front();
+    (void)windows.openNew();
+    windows.offer({{.original = lisbon,
+                    .written = {},
+                    .copy = recovery,
+                    .take = [this](const Shell::ProjectPath& path) { return std::optional{place(path)}; }}});
+    answer(*windows.all().front(), QStringLiteral("Recover"));
+    waitFor([&] { return windows.all().size() == 2; });
+    ProjectWindow& window = *windows.all().back();
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Lisbon[*] — Roamly"));
     EXPECT_TRUE(window.isWindowModified());
     EXPECT_EQ(window.document().project(), unsaved);
+    EXPECT_TRUE(std::filesystem::exists(recovery));
+    trigger(window, Intent::save);
+    waitFor([&] { return !std::filesystem::exists(recovery); });
+    EXPECT_FALSE(onDisk().photos[1].isSelected);
 }
 
 TEST_F(ProjectWindowTest, ItIsPhotographed) {

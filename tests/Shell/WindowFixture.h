@@ -5,8 +5,8 @@
 #include <Roamly/Platform/MachineImport.h>
 #include <Roamly/Window/Shell/ProjectWindow.h>
 #include <Roamly/Window/Shell/Windows.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
@@ -27,6 +27,7 @@ class WindowFixture : public testing::Test {
 protected:
     WindowFixture() {
         services.settings = [this] { return settings; };
+        services.setSetting = [](const std::string&, const std::string&) { return std::nullopt; };
         services.engines.import = Platform::machineImport();
         services.engines.analyze = [this](const ProjectModel::Project& project, const Document::AppSettings&,
                                           const Jobs::AnalysisController::Progress& progress,
@@ -57,16 +58,21 @@ protected:
         };
         services.recentProjects = [this] { return recent; };
         services.addRecentProject = [this](const std::filesystem::path& path) { recent.push_back(path); };
-        services.recovery = [this](const std::function<std::optional<std::filesystem::path>()>&) {
-            return Shell::RecoveryPlace{[this](const ProjectModel::Project& project) {
-                                            Document::ProjectStore::save(recovery, project);
-                                        },
-                                        [this] { std::filesystem::remove(recovery); }};
-        };
+        services.recovery = [this](const Shell::ProjectPath& path) { return place(path); };
         services.notify = [this](const QString&, const QString& text) { notified = text; };
         services.keepAwake = [](const QString&) { return std::shared_ptr<void>{}; };
         services.showInFiles = [](const std::filesystem::path&) {};
         services.now = [] { return 0.0; };
+    }
+
+    [[nodiscard]] Shell::RecoveryPlace place(const Shell::ProjectPath& path) {
+        return {.path = path,
+                .write =
+                    [this](const ProjectModel::Project& project, const auto& original) {
+                        Document::ProjectStore::save(recovery, project);
+                        recoveredFrom = original;
+                    },
+                .remove = [this] { std::filesystem::remove(recovery); }};
     }
 
     [[nodiscard]] static ProjectModel::Project projectOf(int photos) {
@@ -122,6 +128,7 @@ protected:
     Document::AppSettings settings;
     Shell::WindowServices services;
     std::filesystem::path recovery = folder / "recovered.roamly";
+    std::optional<std::filesystem::path> recoveredFrom;
     std::vector<std::filesystem::path> foldersToImport;
     std::vector<std::filesystem::path> recent;
     std::optional<std::filesystem::path> projectToOpen;

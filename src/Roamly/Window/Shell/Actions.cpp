@@ -1,3 +1,4 @@
+#include <ProjectModel/Words.h>
 #include <Roamly/Window/Shell/Actions.h>
 #include <Roamly/Window/Theme/Icons.h>
 
@@ -29,9 +30,9 @@ const std::array rows{
     Row{Intent::saveAs, "Save &As…", "", QKeySequence::SaveAs, "Ctrl+Shift+S", ""},
     Row{Intent::revert, "&Revert", "", noKey, "", "Go back to what the file holds"},
     Row{Intent::importFolder, "Import &Folder…", "folder", noKey, "Ctrl+I",
-        "Import photos from a folder or a photo-library album"},
+        ProjectModel::Words::importHelp.data()},
     Row{Intent::importAlbum, "Import Al&bum…", "album", noKey, "Ctrl+Shift+I",
-        "Import photos from a folder or a photo-library album"},
+        ProjectModel::Words::importHelp.data()},
     Row{Intent::close, "&Close", "", QKeySequence::Close, "Ctrl+W", ""},
     Row{Intent::quit, "&Quit", "", QKeySequence::Quit, "Ctrl+Q", ""},
     Row{Intent::undo, "&Undo", "undo", QKeySequence::Undo, "Ctrl+Z", ""},

@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QTimer>
 #include <filesystem>
 
 namespace Shell {
@@ -44,6 +45,7 @@ int run(int& argumentCount, char* arguments[]) {
     QObject::connect(&instance, &SingleInstance::requested, &windows, &Windows::carryOut);
     QObject::connect(&windows, &Windows::allClosed, &application, &QApplication::quit);
     windows.carryOut(request, token);
+    QTimer::singleShot(0, &windows, [&] { windows.offer(leftOvers()); });
     return QApplication::exec();
 }
 

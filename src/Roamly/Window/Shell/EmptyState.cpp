@@ -1,4 +1,5 @@
 #include <Foundation/DisplayText.h>
+#include <ProjectModel/Words.h>
 #include <Roamly/Window/Shell/EmptyState.h>
 #include <Roamly/Window/Theme/Icons.h>
 
@@ -52,8 +53,7 @@ EmptyState::EmptyState(QWidget* parent)
     layout->addWidget(picture);
     layout->addSpacing(8);
     layout->addWidget(centred(QStringLiteral("No Photos Yet"), 1.5, QFont::DemiBold));
-    layout->addWidget(centred(QStringLiteral("Import a folder or a photo-library album to get started."), 1,
-                              QFont::Normal));
+    layout->addWidget(centred(QString::fromUtf8(ProjectModel::Words::emptyProject.data()), 1, QFont::Normal));
     layout->addSpacing(16);
     layout->addWidget(button, 0, Qt::AlignHCenter);
     layout->addWidget(m_recent, 0, Qt::AlignHCenter);

@@ -1,3 +1,4 @@
+#include <ProjectModel/Words.h>
 #include <Roamly/Window/Shell/Actions.h>
 #include <Roamly/Window/Shell/MainToolBar.h>
 #include <Roamly/Window/Theme/Icons.h>
@@ -20,7 +21,7 @@ MainToolBar::MainToolBar(const Actions& actions, QWidget* parent)
     importing->addAction(actions[Intent::importFolder]);
     importing->addAction(actions[Intent::importAlbum]);
     addMenuButton(QStringLiteral("Import"), QStringLiteral("import"),
-                  QStringLiteral("Import photos from a folder or a photo-library album"), importing);
+                  QString::fromUtf8(ProjectModel::Words::importHelp.data()), importing);
     addButton(QStringLiteral("Analyze"), actions[Intent::analyze]);
     addButton(QStringLiteral("Generate Captions"), actions[Intent::generateCaptions]);
     addButton(QStringLiteral("Caption Prompt"), actions[Intent::captionPrompt]);

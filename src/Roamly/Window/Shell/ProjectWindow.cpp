@@ -39,9 +39,12 @@ QStringList texts(const std::vector<std::string>& sentences) {
 } // namespace
 
 ProjectWindow::ProjectWindow(const WindowServices& services)
+    : ProjectWindow(services, services.recovery) {}
+
+ProjectWindow::ProjectWindow(const WindowServices& services, const MakeRecoveryPlace& recovery)
     : m_services(services)
     , m_flow(m_document, questionsOver(this, services.choosers))
-    , m_recovery(m_document, services.recovery([this] { return m_flow.file().path(); }))
+    , m_recovery(m_document, recovery([this] { return m_flow.file().path(); }))
     , m_subscription(m_document.addListener([this](const Document::ProjectDifference&) {
         m_recovery.update();
         m_refresh.start();
@@ -113,6 +116,7 @@ void ProjectWindow::connectParts() {
         showDocument();
     });
 
+    connect(&m_musicLength, &MusicLength::changed, this, &ProjectWindow::showSummary);
     connect(m_review, &ReviewArea::markedChanged, this, &ProjectWindow::showSituation);
     connect(m_review, &ReviewArea::wanted, this, &ProjectWindow::carryOut);
     connect(m_empty, &EmptyState::importWanted, this, [this] { carryOut(Intent::importFolder); });
@@ -218,6 +222,7 @@ void ProjectWindow::showDocument() {
     if (!hasPhotos)
         m_empty->setRecentProjects(m_services.recentProjects());
     m_pages->setCurrentWidget(hasPhotos ? static_cast<QWidget*>(m_review) : m_empty);
+    m_musicLength.follow(m_document.project());
     showTitle();
     showSituation();
     showSummary();
@@ -243,7 +248,7 @@ void ProjectWindow::showSummary() {
     const Timeline::EffectiveSettings settings =
         Document::effectiveSettings(m_document.project().settings, m_services.settings());
     m_status->setText(QString::fromStdString(
-        Document::describe(Document::summarize(m_document.project(), settings, std::nullopt))));
+        Document::describe(Document::summarize(m_document.project(), settings, m_musicLength.seconds()))));
 }
 
 Situation ProjectWindow::situation() const {

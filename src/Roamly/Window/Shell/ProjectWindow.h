@@ -3,6 +3,7 @@
 #include <Roamly/Document/ProjectDocument.h>
 #include <Roamly/Window/Shell/Actions.h>
 #include <Roamly/Window/Shell/DocumentFlow.h>
+#include <Roamly/Window/Shell/MusicLength.h>
 #include <Roamly/Window/Shell/WindowServices.h>
 #include <Roamly/Window/Shell/Work.h>
 
@@ -37,6 +38,8 @@ class ProjectWindow : public QMainWindow {
 
 public:
     explicit ProjectWindow(const WindowServices& services);
+    /// A window in which something is recovered goes on in the place where it was kept.
+    ProjectWindow(const WindowServices& services, const MakeRecoveryPlace& recovery);
     ~ProjectWindow() override;
 
     [[nodiscard]] Document::ProjectDocument& document() { return m_document; }
@@ -86,6 +89,7 @@ private:
     RecoveryKeeper m_recovery;
     /// Several changes in one go are shown once.
     QTimer m_refresh;
+    MusicLength m_musicLength;
     Document::ProjectDocument::Subscription m_subscription;
     bool m_mayClose = false;
     std::shared_ptr<void> m_awake;

@@ -1,5 +1,8 @@
+#include <Foundation/DisplayText.h>
 #include <Roamly/Window/Shell/Questions.h>
 
+#include <QDateTime>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 #include <utility>
@@ -78,6 +81,29 @@ void askForConsent(QWidget* window, const Document::PrivacyConfirmation& confirm
     alert->setDefaultButton(alert->addButton(QMessageBox::Cancel));
     QObject::connect(alert, &QMessageBox::finished, window,
                      [alert, use, answer = std::move(answer)] { answer(alert->clickedButton() == use); });
+    alert->open();
+}
+
+void askToRecover(QWidget* window, const std::optional<std::filesystem::path>& original,
+                  Foundation::Instant written, std::function<void(RecoveryAnswer)> answer) {
+    const QString name = original ? QString::fromStdString(Foundation::displayText(original->stem()))
+                                  : QStringLiteral("Untitled");
+    const QDateTime time = QDateTime::fromSecsSinceEpoch(written.time_since_epoch().count());
+    QMessageBox* const alert =
+        box(window, QStringLiteral("Recover “%1”?").arg(name),
+            QStringLiteral(
+                "Roamly ended before this project was saved. What you changed until %1 is still there.")
+                .arg(QLocale{}.toString(time, QLocale::ShortFormat)));
+    QPushButton* const recover = alert->addButton(QStringLiteral("Recover"), QMessageBox::AcceptRole);
+    QPushButton* const discard = alert->addButton(QStringLiteral("Discard"), QMessageBox::DestructiveRole);
+    alert->addButton(QStringLiteral("Later"), QMessageBox::RejectRole);
+    alert->setDefaultButton(recover);
+    QObject::connect(alert, &QMessageBox::finished, window,
+                     [alert, recover, discard, answer = std::move(answer)] {
+                         answer(alert->clickedButton() == recover   ? RecoveryAnswer::Recover
+                                : alert->clickedButton() == discard ? RecoveryAnswer::Discard
+                                                                    : RecoveryAnswer::Later);
+                     });
     alert->open();
 }
 

@@ -58,8 +58,9 @@ void RecoveryKeeper::keep() {
     }
     m_isKept = true;
     (void)m_job->start(
-        [place = m_place, project = m_document->project()](const Jobs::Job::Run&) -> Jobs::Job::Landing {
-            place->write(project);
+        [place = m_place, original = m_place->path(),
+         project = m_document->project()](const Jobs::Job::Run&) -> Jobs::Job::Landing {
+            place->write(project, original);
             return {};
         },
         whenDone);

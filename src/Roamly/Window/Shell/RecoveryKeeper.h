@@ -6,16 +6,24 @@
 #include <QObject>
 #include <QTimer>
 #include <chrono>
+#include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace Shell {
 
-/// Where a window's unsaved project is kept for the case of a crash. Both functions may take their time and
-/// are called on a worker, one at a time.
+/// The present path of a window's project, nothing where it has no file.
+using ProjectPath = std::function<std::optional<std::filesystem::path>()>;
+
+/// Where a window's unsaved project is kept for the case of a crash. What touches the disk is called on a
+/// worker, one call at a time.
 struct RecoveryPlace {
-    /// Keeps the project in the place of what was kept before. Throws when it cannot.
-    std::function<void(const ProjectModel::Project&)> write;
+    ProjectPath path;
+    /// Keeps the project in the place of what was kept before, with the file it was made from. Throws when it
+    /// cannot.
+    std::function<void(const ProjectModel::Project&, const std::optional<std::filesystem::path>& original)>
+        write;
     std::function<void()> remove;
 };
 

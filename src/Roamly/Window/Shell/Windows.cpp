@@ -1,4 +1,6 @@
+#include <Roamly/Document/ProjectStore.h>
 #include <Roamly/Window/Shell/ProjectWindow.h>
+#include <Roamly/Window/Shell/Questions.h>
 #include <Roamly/Window/Shell/Windows.h>
 
 #include <QApplication>
@@ -46,7 +48,7 @@ void Windows::carryOut(const LaunchRequest& request, const QString& activationTo
 }
 
 ProjectWindow& Windows::openNew() {
-    ProjectWindow& window = add();
+    ProjectWindow& window = add(m_services.recovery);
     window.show();
     return window;
 }
@@ -60,16 +62,42 @@ ProjectWindow& Windows::open(const std::filesystem::path& project) {
     }
     const auto untouched =
         std::ranges::find_if(m_windows, [](ProjectWindow* window) { return window->flow().isUntouched(); });
-    ProjectWindow& window = untouched != m_windows.end() ? **untouched : add();
+    ProjectWindow& window = untouched != m_windows.end() ? **untouched : add(m_services.recovery);
     window.open(wanted);
     window.show();
     return window;
 }
 
-void Windows::recover(ProjectModel::Project project, const std::optional<std::filesystem::path>& path) {
-    ProjectWindow& window = add();
-    window.show();
-    window.flow().restore(std::move(project), path);
+void Windows::offer(std::vector<LeftOver> leftOvers) {
+    if (leftOvers.empty() || m_windows.empty())
+        return;
+    const LeftOver first = leftOvers.front();
+    leftOvers.erase(leftOvers.begin());
+    const auto then = [this, first, rest = std::move(leftOvers)](RecoveryAnswer answer) {
+        if (answer == RecoveryAnswer::Recover)
+            recover(first);
+        else if (answer == RecoveryAnswer::Discard) {
+            if (const auto place = first.take([] { return std::nullopt; }))
+                place->remove();
+        }
+        offer(rest);
+    };
+    askToRecover(m_windows.back(), first.original, first.written, then);
+}
+
+void Windows::recover(const LeftOver& leftOver) {
+    try {
+        // Read before it is taken: a copy that cannot be read stays where it is.
+        ProjectModel::Project project = Document::ProjectStore::load(leftOver.copy).project;
+        ProjectWindow& window = add([&](const ProjectPath& path) {
+            const auto place = leftOver.take(path);
+            return place ? *place : m_services.recovery(path);
+        });
+        window.show();
+        window.flow().restore(std::move(project), leftOver.original);
+    } catch (const Document::ProjectStoreError& error) {
+        tell(m_windows.back(), QString::fromUtf8(error.what()));
+    }
 }
 
 void Windows::quit() {
@@ -79,10 +107,10 @@ void Windows::quit() {
     m_windows.back()->close();
 }
 
-ProjectWindow& Windows::add() {
-    auto* const window = new ProjectWindow(m_services);
+ProjectWindow& Windows::add(const MakeRecoveryPlace& recovery) {
+    auto* const window = new ProjectWindow(m_services, recovery);
     m_windows.push_back(window);
-    connect(window, &ProjectWindow::newWanted, this, &Windows::openNew);
+    connect(window, &ProjectWindow::newWanted, this, [this] { (void)openNew(); });
     connect(window, &ProjectWindow::openWanted, this,
             [this](const std::filesystem::path& path) { bringForward(open(path), {}); });
     connect(window, &ProjectWindow::quitWanted, this, &Windows::quit);

@@ -27,8 +27,10 @@ public:
     ProjectWindow& openNew();
     /// Shows the project in its window: the one that has it, an untouched one, or a new one.
     ProjectWindow& open(const std::filesystem::path& project);
-    /// A project that was not saved before a crash.
-    void recover(ProjectModel::Project project, const std::optional<std::filesystem::path>& path);
+    /// Offers what a crash left, one after the other, over the window in front.
+    void offer(std::vector<LeftOver> leftOvers);
+    /// Shows what a crash left in a window of its own, unsaved.
+    void recover(const LeftOver& leftOver);
     /// Closes one window after the other, until the user refuses.
     void quit();
 
@@ -39,7 +41,7 @@ Q_SIGNALS:
     void allClosed();
 
 private:
-    ProjectWindow& add();
+    ProjectWindow& add(const MakeRecoveryPlace& recovery);
     void bringForward(ProjectWindow& window, const QString& activationToken);
     void remove(ProjectWindow* window);
 
