@@ -50,7 +50,7 @@ TEST_F(ProjectWindowTest, ImportingAFolderFillsTheProjectAsOneStep) {
     trigger(window, Intent::importFolder);
     waitFor([&] { return window.document().project().photos.size() == 2; });
     waitFor([&] { return shows(window, QStringLiteral("2 photos were imported.")); });
-    EXPECT_TRUE(window.isWindowModified());
+    waitFor([&] { return window.isWindowModified(); });
     EXPECT_TRUE(shows(window, QStringLiteral("2 of 2 photos selected")));
     trigger(window, Intent::undo);
     EXPECT_TRUE(window.document().project().photos.empty());
@@ -114,6 +114,7 @@ TEST_F(ProjectWindowTest, AFileOfANewerVersionIsRefusedWithASentence) {
     waitFor([&] { return sheet(window) != nullptr; });
     EXPECT_TRUE(shows(*sheet(window), QStringLiteral("newer")));
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Untitled[*] — Roamly"));
+    EXPECT_TRUE(window.flow().isUntouched());
 }
 
 TEST_F(ProjectWindowTest, ClosingWithUnsavedChangesAsks) {
@@ -268,7 +269,11 @@ TEST_F(ProjectWindowTest, WhatACrashLeftComesBackUnsavedUnderItsName) {
     windows.offer({{.original = lisbon,
                     .written = {},
                     .copy = recovery,
-                    .take = [this](const Shell::ProjectPath& path) { return std::optional{place(path)}; }}});
+                    .take = [this](const Shell::ProjectPath& path) {
+                        Shell::RecoveryPlace kept = place(path);
+                        kept.holdsCopy = true;
+                        return std::optional{kept};
+                    }}});
     answer(*windows.all().front(), QStringLiteral("Recover"));
     waitFor([&] { return windows.all().size() == 2; });
     ProjectWindow& window = *windows.all().back();

@@ -68,6 +68,7 @@ Platform::RecoveryStore recoveryStore() {
 
 /// A slot that is made when there is something to keep.
 RecoveryPlace placeOf(std::optional<Platform::RecoverySlot> slot, const ProjectPath& path) {
+    const bool holdsCopy = slot.has_value();
     const auto held = std::make_shared<std::optional<Platform::RecoverySlot>>(std::move(slot));
     return {.path = path,
             .write =
@@ -81,7 +82,8 @@ RecoveryPlace placeOf(std::optional<Platform::RecoverySlot> slot, const ProjectP
                 [held] {
                     if (*held)
                         (*held)->remove();
-                }};
+                },
+            .holdsCopy = holdsCopy};
 }
 
 } // namespace

@@ -56,6 +56,7 @@ void DocumentFlow::open(const std::filesystem::path& path) {
         }
         if (ending.outcome == Outcome::Failed)
             m_questions.tell(QString::fromStdString(ending.sentence));
+        Q_EMIT changed();
         Q_EMIT openingFailed();
     });
 }

@@ -38,7 +38,7 @@ EmptyState::EmptyState(QWidget* parent)
     picture->setAlignment(Qt::AlignCenter);
     auto* const button = new QPushButton(QStringLiteral("Import Photos"));
     button->setDefault(true);
-    button->setMinimumHeight(32);
+    button->setMinimumSize(136, 32);
     connect(button, &QPushButton::clicked, this, &EmptyState::importWanted);
 
     m_recent->setFixedWidth(360);
@@ -70,6 +70,7 @@ void EmptyState::setRecentProjects(const std::vector<std::filesystem::path>& pro
         return;
     auto* const title = new QLabel(QStringLiteral("Recent Projects"));
     title->setForegroundRole(QPalette::PlaceholderText);
+    title->setAlignment(Qt::AlignCenter);
     m_recentList->addWidget(title);
     m_recentList->addSpacing(8);
     for (std::size_t i = 0; i < std::min(projects.size(), mostRecent); ++i) {
@@ -79,7 +80,6 @@ void EmptyState::setRecentProjects(const std::vector<std::filesystem::path>& pro
         auto* const button = new QPushButton;
         button->setFlat(true);
         button->setText(button->fontMetrics().elidedText(name, Qt::ElideMiddle, 320));
-        button->setStyleSheet(QStringLiteral("text-align: left; padding: 6px 8px;"));
         button->setToolTip(folder);
         button->setAccessibleName(QStringLiteral("Open %1").arg(name));
         button->setAccessibleDescription(folder);

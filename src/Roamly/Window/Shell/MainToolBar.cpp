@@ -97,9 +97,14 @@ void MainToolBar::resizeEvent(QResizeEvent* event) {
 }
 
 bool MainToolBar::event(QEvent* event) {
-    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange)
+    const bool isDone = QToolBar::event(event);
+    // The texts' widths are known for sure once the style is.
+    if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange ||
+        event->type() == QEvent::Show) {
         m_widthWithTexts = 0;
-    return QToolBar::event(event);
+        fit();
+    }
+    return isDone;
 }
 
 void MainToolBar::fit() {

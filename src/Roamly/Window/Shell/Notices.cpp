@@ -65,7 +65,7 @@ void Notices::place() {
                                                              Qt::TextWordWrap, m_text->text());
     const int width = std::min(widest, natural.width() + chrome + 8);
     const int height = natural.height() + margins.top() + margins.bottom() + 2;
-    setGeometry((over.width() - width) / 2, over.height() - height - 48, width, height);
+    setGeometry((over.width() - width) / 2, over.height() - height - 24, width, height);
 }
 
 void Notices::announce() {

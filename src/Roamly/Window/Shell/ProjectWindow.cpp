@@ -89,7 +89,7 @@ void ProjectWindow::build() {
     layout->addWidget(m_issues);
     layout->addWidget(m_status);
     setCentralWidget(content);
-    m_notices = new Notices(content);
+    m_notices = new Notices(m_pages);
     m_commands = new WindowCommands(*this, m_document, m_work, m_services);
 }
 

@@ -10,6 +10,7 @@ RecoveryKeeper::RecoveryKeeper(const Document::ProjectDocument& document, Recove
     : QObject(parent)
     , m_document(&document)
     , m_place(std::make_shared<const RecoveryPlace>(std::move(place)))
+    , m_isKept(m_place->holdsCopy)
     , m_job(std::make_unique<Jobs::Job>(executorOf(this), Jobs::Job::WhenStopped::RunOut)) {
     m_timer.setSingleShot(true);
     m_timer.setInterval(delay);

@@ -25,6 +25,8 @@ struct RecoveryPlace {
     std::function<void(const ProjectModel::Project&, const std::optional<std::filesystem::path>& original)>
         write;
     std::function<void()> remove;
+    /// What a crash left is there already.
+    bool holdsCopy = false;
 };
 
 /// Keeps a copy of an unsaved project: what the user did is in it two seconds later at most. It is gone once
@@ -51,7 +53,7 @@ private:
     const Document::ProjectDocument* m_document;
     std::shared_ptr<const RecoveryPlace> m_place;
     QTimer m_timer;
-    bool m_isKept = false;
+    bool m_isKept;
     bool m_isBehind = false;
     std::unique_ptr<Jobs::Job> m_job;
 };
