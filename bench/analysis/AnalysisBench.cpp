@@ -16,6 +16,7 @@
 #include <Analysis/VisionFeaturePrinter.h>
 #include <Analysis/VisionQualityScorer.h>
 #include <PhotoSources/ImageDecoder.h>
+#include <PhotoSources/ProcessSetup.h>
 
 #include <malloc.h>
 #include <nlohmann/json.hpp>
@@ -219,6 +220,7 @@ int main(int argc, char** argv) {
     const fs::path folder = argv[1];
     const std::size_t count = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 200;
 
+    PhotoSources::prepareDecoding();
     // What cannot be decoded, or in no time, would flatter or spoil the figures.
     std::vector<fs::path> files;
     std::vector<Image> images;

@@ -9,8 +9,8 @@
 #include <cstdio>
 #include <ctime>
 #include <exception>
+#include <filesystem>
 #include <random>
-#include <string>
 #include <vector>
 
 namespace {
@@ -92,9 +92,9 @@ void benchLookups(Analysis::OfflineReverseGeocoder& geocoder, const char* title,
                 seconds * 1e6 / count, 100.0 * static_cast<double>(named) / count);
 }
 
-void benchGazetteer(const std::string& file) {
+void benchGazetteer(const std::filesystem::path& gazetteer, const std::filesystem::path& landBorders) {
     const auto start = Clock::now();
-    Analysis::OfflineReverseGeocoder geocoder(file);
+    Analysis::OfflineReverseGeocoder geocoder(gazetteer, landBorders);
     std::printf("\ngazetteer opened and checked in %.1f ms\n", secondsSince(start) * 1e3);
     benchLookups(geocoder, "around Paris, within a degree", [](std::mt19937& random) {
         std::uniform_real_distribution<double> offset(-1, 1);
@@ -115,7 +115,8 @@ void benchGazetteer(const std::string& file) {
 int main(int argc, char** argv) {
     try {
         benchClusterer();
-        benchGazetteer(argc > 1 ? std::string(argv[1]) : Analysis::dataFile("gazetteer.bin").string());
+        benchGazetteer(argc > 1 ? std::filesystem::path(argv[1]) : Analysis::dataFile("gazetteer.bin"),
+                       argc > 2 ? std::filesystem::path(argv[2]) : Analysis::dataFile("land-borders.bin"));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

@@ -4,6 +4,7 @@
 // bench-decode [bound] [number of files] [rounds] [files to use instead of generated ones ...]
 
 #include <PhotoSources/ImageDecoder.h>
+#include <PhotoSources/ProcessSetup.h>
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -85,6 +86,7 @@ Cost measured(const std::function<int()>& work) {
 
 Cost decoding(const std::vector<fs::path>& files, int bound) {
     return measured([&] {
+        PhotoSources::prepareDecoding();
         return std::ranges::all_of(files,
                                    [bound](const fs::path& file) {
                                        const auto image = PhotoSources::ImageDecoder::decode(file, bound);
@@ -137,8 +139,7 @@ int main(int argc, char** argv) {
     if (files.empty()) {
         // In a child, so that no thread of libvips' lives here when the others are forked.
         measured([&] {
-            if (vips_init("bench-decode") != 0)
-                return 1;
+            PhotoSources::prepareDecoding();
             for (int i = 0; i < std::min(count, 4); ++i) {
                 if (!paint(folder / ("photo" + std::to_string(i) + ".jpg"), i + 1))
                     return 1;

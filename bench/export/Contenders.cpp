@@ -94,8 +94,6 @@ Measurement runDrawing(const TripOptions& trip, const ExportPreset& preset) {
 Measurement runEncoder(const TripOptions& trip, const ExportPreset& preset,
                        const std::filesystem::path& movie, std::int64_t cycled) {
     const std::int64_t count = Show(trip, preset).count();
-    // As the export has it, so that what the drawing leaves behind does not flatter the comparison.
-    mallopt(M_MMAP_THRESHOLD, 4 << 20);
     const Frames frames = drawFrames(trip, preset, cycled > 0 ? cycled : count);
     malloc_trim(0);
     const Frames::FrameSize size = preset.dimensions();

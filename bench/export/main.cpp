@@ -5,7 +5,7 @@
 #include "Contenders.h"
 #include "Peers.h"
 
-#include <Export/Libav.h>
+#include <Roamly/Platform/ProcessSetup.h>
 
 #include <QGuiApplication>
 #include <algorithm>
@@ -114,7 +114,7 @@ fs::path movieIn(const TripOptions& trip) {
 void runContender(const Options& options) {
     const Export::ExportPreset preset{options.resolutions.front(), options.codecs.front()};
     const fs::path movie = movieIn(options.trip);
-    Export::Libav::silenceLog();
+    Platform::prepareProcess();
     Measurement measured;
     if (options.run == "export")
         measured = runExport(options.trip, preset, movie);

@@ -3,7 +3,9 @@
 // the best of the rounds counts. Usage: bench-import [number of files] [rounds]
 
 #include <PhotoSources/FolderImporter.h>
+#include <PhotoSources/ProcessSetup.h>
 #include <PhotoSources/SampleFiles.h>
+#include <Support/TemporaryFolder.h>
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -93,6 +95,7 @@ Cost measured(const std::function<int()>& work) {
 
 Cost importing(const fs::path& folder, std::size_t expected) {
     return measured([&] {
+        PhotoSources::prepareMetadata();
         const auto photos = PhotoSources::FolderImporter::importPhotos(folder);
         const bool isComplete =
             photos.size() == expected && std::all_of(photos.begin(), photos.end(), [](const auto& item) {
@@ -144,7 +147,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "Usage: bench-import [number of files] [rounds]\n");
         return 2;
     }
-    const SampleFiles::TemporaryFolder folder;
+    const TemporaryFolder folder;
     std::vector<fs::path> files;
     for (int i = 0; i < count; ++i)
         files.push_back(

@@ -83,16 +83,18 @@ void AnalysisPipeline::locate(ProjectModel::Project& project, const PipelineProg
         total += cell.photos.size();
 
     std::size_t completed = 0;
+    std::vector<ProjectModel::ProposedLocation> proposals;
     for (const Cell& cell : cells) {
         if (stop.stop_requested())
-            return;
+            break;
         if (const auto location = m_resolver.resolve(cell.coordinate, stop)) {
             for (const Uuid& photo : cell.photos)
-                project.applyProposedLocation(*location, photo);
+                proposals.push_back({photo, *location});
         }
         completed += cell.photos.size();
         report(progress, PipelineProgress::Stage::geocoding, completed, total);
     }
+    project.applyProposedLocations(proposals);
 }
 
 void AnalysisPipeline::compareShots(ProjectModel::Project& project, const PipelineProgressCallback& progress,

@@ -2,24 +2,22 @@
 
 #include <Analysis/GazetteerFormat.h>
 #include <Analysis/PolygonLayer.h>
+#include <Analysis/SectionFile.h>
 #include <Analysis/TownIndex.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace Analysis {
 
-/// A gazetteer file, mapped into memory and checked as a whole when it is opened. Any thread.
+/// What the two files that name places hold, as one. Any thread.
 class Gazetteer {
 public:
     /// Throws GazetteerError.
-    explicit Gazetteer(const std::filesystem::path& file);
-    ~Gazetteer();
-    Gazetteer(const Gazetteer&) = delete;
-    Gazetteer& operator=(const Gazetteer&) = delete;
+    Gazetteer(const std::filesystem::path& places, const std::filesystem::path& landBorders);
 
     [[nodiscard]] std::span<const GazetteerFormat::Town> towns() const { return m_towns; }
     [[nodiscard]] std::span<const GazetteerFormat::Country> countries() const { return m_countries; }
@@ -29,7 +27,7 @@ public:
     /// The country of each shape of `borders`.
     [[nodiscard]] std::span<const std::uint16_t> borderShapes() const { return m_borderShapes; }
     [[nodiscard]] const PolygonLayer& borders() const { return m_borders; }
-    /// The country of each shape of `landBorders`.
+    /// The country of each shape of `landBorders`; `none` where it has no name.
     [[nodiscard]] std::span<const std::uint16_t> landBorderShapes() const { return m_landBorderShapes; }
     /// Land near the borders between countries, true to about a hundred metres.
     [[nodiscard]] const PolygonLayer& landBorders() const { return m_landBorders; }
@@ -40,12 +38,8 @@ public:
     [[nodiscard]] std::string_view text(std::uint32_t position) const;
 
 private:
-    void readSections(const std::filesystem::path& file);
-
-    template <typename Record>
-    std::span<const Record> section(GazetteerFormat::SectionKind kind) const;
-
-    std::span<const std::byte> m_bytes;
+    SectionFile m_placesFile;
+    SectionFile m_landBordersFile;
     std::span<const GazetteerFormat::Town> m_towns;
     std::span<const char> m_texts;
     std::span<const GazetteerFormat::Country> m_countries;
@@ -53,7 +47,7 @@ private:
     std::span<const std::uint32_t> m_secondLevelAreas;
     std::span<const GazetteerFormat::Region> m_regions;
     std::span<const std::uint16_t> m_borderShapes;
-    std::span<const std::uint16_t> m_landBorderShapes;
+    std::vector<std::uint16_t> m_landBorderShapes;
     PolygonLayer m_borders;
     PolygonLayer m_landBorders;
     PolygonLayer m_regionLayer;

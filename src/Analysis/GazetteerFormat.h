@@ -4,57 +4,67 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string_view>
 
-/// The gazetteer file: a header, a table of sections and the sections, each an array of one of the records
-/// below and aligned to 8 bytes, so that the mapped file is used as it lies. Numbers are little-endian.
-/// tools/gazetteer writes it, `Gazetteer` reads it.
+/// The files that name places: each a header, a table of sections and the sections, arrays of one of the
+/// records below and aligned to 8 bytes, so that the mapped file is used as it lies. Numbers are
+/// little-endian. tools/gazetteer writes them, `Gazetteer` reads them. What comes from OpenStreetMap has a
+/// file of its own, which refers to the other by nothing but the codes of countries: a licence that asks for
+/// the same licence again goes no farther than that file.
 namespace Analysis::GazetteerFormat {
 
-inline constexpr std::array<char, 8> magic{'R', 'o', 'a', 'm', 'l', 'y', 'G', 'z'};
-inline constexpr std::uint32_t version = 2;
+struct FileKind {
+    std::array<char, 8> magic;
+    std::uint32_t version;
+    std::uint32_t sectionCount;
+    /// What complaints call the file: "The file of …".
+    std::string_view content;
+};
 
-enum class SectionKind : std::uint32_t {
+/// A layer is four sections: Vertex, the position of each cell's first entry, CellEntry and the numbers of
+/// edges; `PolygonLayer` says how they hang together.
+enum class GazetteerSection : std::uint32_t {
+    /// UTF-8: whose work it is, and under which licences.
+    Notice,
     /// Town, in k-d tree order: the middle one of a range divides it along x, y, z in turn.
     Towns,
     /// UTF-8 texts, each ended by a zero byte; others name one by the position of its first byte.
     Texts,
     /// Country; a town's or shape's country is a position here.
     Countries,
-    /// Text positions of the names of second-level areas.
+    /// Text positions of the names of second-level areas, those alone in which towns lie.
     SecondLevelAreas,
-    /// Text positions of the names of first-level areas.
+    /// The same of first-level areas.
     FirstLevelAreas,
     /// Region: the pieces of land that first-level areas are made of, each a shape of the region layer. An
-    /// island
-    /// is a piece of its own.
+    /// island is a piece of its own.
     Regions,
-    /// The polygon layers: Vertex, CellStart, CellEntry and edge numbers of each. The first holds countries
-    /// with
-    /// their waters, simplified; the second, land alone, follows the borders themselves, and only the cells
-    /// in
-    /// which countries meet have entries; the third holds regions.
-    BorderVertices,
+    /// The layer of countries with their waters, simplified, and the country of each shape.
     BorderShapes,
+    BorderVertices,
     BorderCellStarts,
     BorderCellEntries,
     BorderEdges,
-    LandBorderVertices,
-    LandBorderShapes,
-    LandBorderCellStarts,
-    LandBorderCellEntries,
-    LandBorderEdges,
     RegionVertices,
     RegionCellStarts,
     RegionCellEntries,
     RegionEdges,
-    /// For each town the text position, in AlternateTexts, of its other names, separated by commas, in any
-    /// language and script.
-    AlternateNames,
-    AlternateTexts,
-    /// CountryName: what countries are called in other languages.
-    CountryNames,
 };
-inline constexpr std::size_t sectionCount = 23;
+inline constexpr FileKind gazetteerKind{{'R', 'o', 'a', 'm', 'l', 'y', 'G', 'z'}, 3, 16, "place names"};
+
+/// The layer of land alone, which follows the borders themselves; only cells in which countries meet have
+/// entries.
+enum class LandBorderSection : std::uint32_t {
+    /// UTF-8: whose work it is, and under which licence.
+    Notice,
+    /// The CountryCode of each shape.
+    Countries,
+    Vertices,
+    CellStarts,
+    CellEntries,
+    Edges,
+};
+inline constexpr FileKind landBordersKind{{'R', 'o', 'a', 'm', 'l', 'y', 'L', 'b'}, 1, 6, "borders"};
 
 struct Section {
     std::uint64_t offset;
@@ -63,6 +73,7 @@ struct Section {
     std::uint64_t checksum;
 };
 
+/// The sections' table follows it.
 struct Header {
     std::array<char, 8> magic;
     std::uint32_t version;
@@ -70,7 +81,6 @@ struct Header {
     std::uint64_t fileSize;
     /// Of the sections' table.
     std::uint64_t tableChecksum;
-    std::array<Section, GazetteerFormat::sectionCount> sections;
 };
 
 inline constexpr std::uint16_t none = 0xFFFF;
@@ -96,9 +106,11 @@ struct Town {
     std::uint32_t isOutsideItsBorders;
 };
 
+/// ISO 3166-1 alpha-2 and two zero bytes.
+using CountryCode = std::array<char, 4>;
+
 struct Country {
-    /// ISO 3166-1 alpha-2 and two zero bytes.
-    std::array<char, 4> code;
+    CountryCode code;
     /// In English.
     std::uint32_t name;
 };
@@ -108,12 +120,6 @@ struct Region {
     /// The same for all pieces of one area.
     std::uint16_t area;
     /// In English; 0xFFFFFFFF when it has none.
-    std::uint32_t name;
-};
-
-struct CountryName {
-    std::array<char, 4> language;
-    std::uint32_t country;
     std::uint32_t name;
 };
 
@@ -136,9 +142,8 @@ struct CellEntry {
     std::uint32_t edgeCount;
 };
 
-static_assert(sizeof(Town) == 40 && sizeof(Country) == 8 && sizeof(Region) == 8 &&
-              sizeof(CountryName) == 12 && sizeof(Vertex) == 8 && sizeof(CellEntry) == 12 &&
-              sizeof(Section) == 24 && sizeof(Header) == 32 + sectionCount * sizeof(Section));
+static_assert(sizeof(Town) == 40 && sizeof(Country) == 8 && sizeof(Region) == 8 && sizeof(Vertex) == 8 &&
+              sizeof(CellEntry) == 12 && sizeof(Section) == 24 && sizeof(Header) == 32);
 
 /// Notices any flipped bit and any exchanged words; no protection against intent.
 [[nodiscard]] std::uint64_t checksum(std::span<const std::byte> bytes);

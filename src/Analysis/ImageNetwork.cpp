@@ -5,8 +5,6 @@
 
 #include <array>
 #include <cstdint>
-#include <iostream>
-#include <mutex>
 #include <stdexcept>
 #include <utility>
 
@@ -42,25 +40,6 @@ Owned<Object> owned(void(ORT_API_CALL* release)(Object*), Make make) {
     check(make(&object));
     return {object, release};
 }
-
-/// While it lives, nothing that is written to std::cerr appears; one lives at a time. The runtime of Debian
-/// shares its operators with another library, where they end up registered twice, and tells std::cerr of
-/// each, hundreds of lines with the first network. What fails is thrown anyway.
-class Silence {
-public:
-    Silence()
-        : m_lock(m_only)
-        , m_before(std::cerr.rdbuf(nullptr)) {}
-    ~Silence() { std::cerr.rdbuf(m_before); }
-    Silence(const Silence&) = delete;
-    Silence& operator=(const Silence&) = delete;
-
-private:
-    inline static std::mutex m_only;
-
-    std::scoped_lock<std::mutex> m_lock;
-    std::streambuf* m_before;
-};
 
 /// How many numbers one picture has in an input or output of single precision, -1 where the network leaves it
 /// open; 0 when it holds something else.
@@ -135,7 +114,6 @@ struct ImageNetwork::Session {
         check(runtime().SetIntraOpNumThreads(options.get(), 1));
         check(runtime().SetInterOpNumThreads(options.get(), 1));
         session = owned<OrtSession>(runtime().ReleaseSession, [&](OrtSession** made) {
-            const Silence silence;
             return runtime().CreateSessionFromArray(environment.get(), network.data(), network.size(),
                                                     options.get(), made);
         });

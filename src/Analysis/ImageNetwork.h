@@ -20,7 +20,8 @@ public:
     };
 
     /// The file must hold a network that takes pictures of `side` × `side` pixels and has the given outputs,
-    /// perhaps among others. Throws NetworkFileError.
+    /// perhaps among others. Throws NetworkFileError. Some
+    /// distributions' runtimes chatter on std::cerr meanwhile.
     ImageNetwork(const std::filesystem::path& file, int side, std::vector<Output> outputs);
     ~ImageNetwork();
     ImageNetwork(const ImageNetwork&) = delete;

@@ -49,6 +49,7 @@ void infer(ProjectModel::Project& project) {
             following = i;
     }
 
+    std::vector<ProjectModel::ProposedLocation> proposals;
     std::optional<Neighbour> previous;
     for (std::size_t i = 0; i < sorted.size(); ++i) {
         if (auto neighbour = asNeighbour(sorted[i]))
@@ -57,9 +58,10 @@ void infer(ProjectModel::Project& project) {
             continue;
         const std::optional<Neighbour> next =
             nextLocated[i] ? asNeighbour(sorted[*nextLocated[i]]) : std::nullopt;
-        if (const auto location = inferred(sorted[i].captureDate, previous, next, maxGapSeconds))
-            project.applyProposedLocation(*location, sorted[i].id);
+        if (auto location = inferred(sorted[i].captureDate, previous, next, maxGapSeconds))
+            proposals.push_back({sorted[i].id, *std::move(location)});
     }
+    project.applyProposedLocations(proposals);
 }
 
 } // namespace Analysis::LocationInference

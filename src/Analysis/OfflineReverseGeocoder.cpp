@@ -255,8 +255,9 @@ std::optional<std::string> areaName(const Gazetteer& gazetteer, const UnitVector
 
 } // namespace
 
-OfflineReverseGeocoder::OfflineReverseGeocoder(const std::filesystem::path& gazetteer)
-    : m_gazetteer(std::make_unique<const Gazetteer>(gazetteer)) {}
+OfflineReverseGeocoder::OfflineReverseGeocoder(const std::filesystem::path& gazetteer,
+                                               const std::filesystem::path& landBorders)
+    : m_gazetteer(std::make_unique<const Gazetteer>(gazetteer, landBorders)) {}
 
 OfflineReverseGeocoder::~OfflineReverseGeocoder() = default;
 

@@ -10,13 +10,14 @@ namespace Analysis {
 
 class Gazetteer;
 
-/// The gazetteer file is missing or unusable. `what()` is one sentence for the user that names the file.
+/// A file that names places is missing or unusable. `what()` is one sentence for the user that names the
+/// file.
 class GazetteerError final : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Names places from a gazetteer file on this machine, in microseconds, without a network or a quota. Names
+/// Names places from files on this machine, in microseconds, without a network or a quota. Names
 /// are in English. Thread-safe.
 ///
 /// The country is the one whose land or bank the point is on, near a border to a hundred metres, or whose
@@ -28,8 +29,8 @@ public:
 /// of any town, the second-level area stands for the city, then the first-level one.
 class OfflineReverseGeocoder final : public ReverseGeocoding {
 public:
-    /// Opens and checks the file that tools/gazetteer writes. Throws GazetteerError.
-    explicit OfflineReverseGeocoder(const std::filesystem::path& gazetteer);
+    /// Opens and checks the files that tools/gazetteer writes. Throws GazetteerError.
+    OfflineReverseGeocoder(const std::filesystem::path& gazetteer, const std::filesystem::path& landBorders);
     ~OfflineReverseGeocoder() override;
 
     /// Never throws. A coordinate that is not on Earth has neither city nor country.

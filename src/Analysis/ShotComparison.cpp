@@ -107,19 +107,16 @@ double ShotComparison::judged(const Image& image) const {
 
 void ShotComparison::propose() const {
     const ClusterSelection selection = BestShotSelector::selection(m_groups, m_scores);
-    std::vector<Uuid> ids;
-    ids.reserve(m_project.photos.size());
-    for (const PhotoItem& photo : m_project.photos)
-        ids.push_back(photo.id);
-    for (const Uuid& id : ids) {
-        const std::optional<Uuid> group = groupOf(id);
+    std::vector<ProjectModel::ProposedSelection> proposals;
+    for (const PhotoItem& photo : m_project.photos) {
+        const std::optional<Uuid> group = groupOf(photo.id);
         if (!group)
             continue;
-        const auto score = m_scores.find(id);
-        m_project.applyProposedSelection(
-            selection.keep.contains(id), group,
-            score == m_scores.end() ? std::nullopt : std::optional(score->second), id);
+        const auto score = m_scores.find(photo.id);
+        proposals.push_back({photo.id, selection.keep.contains(photo.id), group,
+                             score == m_scores.end() ? std::nullopt : std::optional(score->second)});
     }
+    m_project.applyProposedSelections(proposals);
 }
 
 std::optional<Uuid> ShotComparison::groupOf(const Uuid& photo) const {

@@ -25,7 +25,7 @@ inline constexpr double earthRadiusKm = 6371.0088;
 class TownIndex {
 public:
     TownIndex() = default;
-    /// In the order of `GazetteerFormat::SectionKind::Towns`.
+    /// In the order of `GazetteerFormat::GazetteerSection::Towns`.
     explicit TownIndex(std::span<const GazetteerFormat::Town> towns)
         : m_towns(towns) {}
 

@@ -21,11 +21,6 @@ struct Free {
     void operator()(void* memory) const { g_free(memory); }
 };
 
-bool startVips() {
-    static const bool started = vips_init("roamly") == 0;
-    return started;
-}
-
 Foundation::Bytes jpeg(const Foundation::Image& image, int width, int height, int quality) {
     const auto fail = [] { vips_error_clear(); };
     ImageHandle picture{vips_image_new_from_memory(image.pixels.data(), image.pixels.size(), image.width,
@@ -63,7 +58,7 @@ std::string jpegBase64(const Foundation::Image& image, int maxDimension, double 
     const auto scaled = [scale](int side) { return std::max(1, static_cast<int>(std::round(side * scale))); };
 
     Foundation::Bytes bytes;
-    if (!image.isEmpty() && startVips())
+    if (!image.isEmpty())
         bytes = jpeg(image, scaled(image.width), scaled(image.height),
                      static_cast<int>(std::lround(quality * 100)));
     if (bytes.empty())

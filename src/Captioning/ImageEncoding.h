@@ -8,7 +8,7 @@ namespace Captioning::ImageEncoding {
 
 /// The picture as Base64 of a JPEG (standard alphabet, padded, no line breaks), scaled down so that its
 /// longer side is at most `maxDimension` pixels, never up. `quality` is 0…1. Throws CaptionError with
-/// `TransportFailure`. Thread-safe.
+/// `TransportFailure`. The program has started libvips. Thread-safe.
 [[nodiscard]] std::string jpegBase64(const Foundation::Image& image, int maxDimension, double quality);
 
 /// What both vision backends send.

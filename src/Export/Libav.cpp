@@ -4,7 +4,6 @@
 
 extern "C" {
 #include <libavutil/error.h>
-#include <libavutil/log.h>
 }
 
 namespace Export::Libav {
@@ -27,10 +26,6 @@ std::string errorText(int error) {
     char text[AV_ERROR_MAX_STRING_SIZE] = {};
     av_strerror(error, text, sizeof text);
     return text;
-}
-
-void silenceLog() {
-    av_log_set_level(AV_LOG_QUIET);
 }
 
 std::string fileUrl(const std::string& path) {

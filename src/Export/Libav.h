@@ -66,10 +66,6 @@ private:
 /// What the libraries call an error, such as "No space left on device".
 [[nodiscard]] std::string errorText(int error);
 
-/// The libraries log to standard error by default; here every failure is an exception instead. The setting is
-/// the process's.
-void silenceLog();
-
 /// As the libraries take the name of a local file: never read as another protocol, whatever characters it
 /// has.
 [[nodiscard]] std::string fileUrl(const std::string& path);

@@ -7,8 +7,6 @@
 #include <Foundation/Bookmark.h>
 #include <Foundation/Cancellation.h>
 
-#include <malloc.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -87,15 +85,6 @@ std::vector<std::int64_t> firstFrames(const Timeline::SlideshowTimeline& timelin
     return frames;
 }
 
-/// Photos and frames are blocks of many megabytes that come and go. Left to itself, the C library learns to
-/// keep them in its heaps, where smaller things soon stand in their way: 150 MB more for a 4K movie. The
-/// setting is the process's.
-void returnLargeBlocks() {
-#ifdef __GLIBC__
-    mallopt(M_MMAP_THRESHOLD, 4 << 20);
-#endif
-}
-
 struct Rendering {
     int workers;
     int capacity;
@@ -144,8 +133,6 @@ ExportResult exportMovie(const Timeline::SlideshowTimeline& timeline, const Time
             progress({fraction, stage});
     };
 
-    Libav::silenceLog();
-    returnLargeBlocks();
     const std::optional<fs::path> music = musicFile(timeline);
     const fs::path target = withoutLinks(path);
     checkTarget(target, music);

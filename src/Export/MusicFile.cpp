@@ -8,7 +8,6 @@
 namespace Export {
 
 void checkMusic(const std::filesystem::path& file, const std::stop_token& stop) {
-    Libav::silenceLog();
     MusicReader reader(file, stop);
     std::vector<StereoSample> samples;
     bool hasMore = true;

@@ -4,33 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <mutex>
 
 namespace PhotoSources {
 
 namespace {
-
-void lockXmp(void* mutex, bool isLocking) {
-    auto& xmpMutex = *static_cast<std::recursive_mutex*>(mutex);
-    if (isLocking)
-        xmpMutex.lock();
-    else
-        xmpMutex.unlock();
-}
-
-/// The library's own state: silent, and its XMP toolkit, which is not made for threads, behind a lock.
-void prepareLibrary() {
-    static std::recursive_mutex xmpMutex;
-    static std::once_flag once;
-    std::call_once(once, [] {
-        Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
-        Exiv2::XmpParser::initialize(&lockXmp, &xmpMutex);
-        // From 0.28 on it reads HEIC without being asked.
-#if defined(EXV_ENABLE_BMFF) && !EXIV2_TEST_VERSION(0, 28, 0)
-        Exiv2::enableBMFF(true);
-#endif
-    });
-}
 
 std::optional<std::string> text(const Exiv2::ExifData& data, const char* key) {
     const auto datum = data.findKey(Exiv2::ExifKey(key));
@@ -69,7 +46,6 @@ std::optional<double> degrees(const Exiv2::ExifData& data, const char* key) {
 ExifTags readExiv2Tags(const std::filesystem::path& file) {
     ExifTags tags;
     try {
-        prepareLibrary();
         // Absolute, since the library takes "-" and addresses for something other than files.
         const auto image = Exiv2::ImageFactory::open(std::filesystem::absolute(file).string());
         image->readMetadata();

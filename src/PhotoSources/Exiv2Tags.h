@@ -7,7 +7,7 @@
 namespace PhotoSources {
 
 /// The tags of a regular file as the Exiv2 library reads them, for the rarer formats. Never fails: what
-/// cannot be read is absent. Thread-safe.
+/// cannot be read is absent. `prepareMetadata` was called. Thread-safe.
 [[nodiscard]] ExifTags readExiv2Tags(const std::filesystem::path& file);
 
 } // namespace PhotoSources

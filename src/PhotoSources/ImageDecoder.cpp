@@ -45,6 +45,10 @@ std::optional<Foundation::Image> decodeOpened(const ImageFile& file, int maxPixe
         return isPlainTiff(file) ? VipsPicture::decode(file, ImageFormat::tiff, maxPixel) : std::nullopt;
     case ImageFormat::heif:
         return decodeHeif(file, maxPixel);
+    case ImageFormat::jpegXL: {
+        const StandardErrorFilter quiet; // Debian builds libjxl to print where it fails
+        return VipsPicture::decode(file, format, maxPixel);
+    }
     default:
         return VipsPicture::decode(file, format, maxPixel);
     }

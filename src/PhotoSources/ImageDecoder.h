@@ -8,7 +8,8 @@
 namespace PhotoSources::ImageDecoder {
 
 /// The file's first picture, upright, in sRGB, over black where it is transparent, scaled down (never up) so
-/// that its longest side is at most `maxPixel` pixels. Nothing when the file cannot be decoded. Thread-safe.
+/// that its longest side is at most `maxPixel` pixels. Nothing when the file cannot be decoded.
+/// `prepareDecoding` was called. Thread-safe.
 ///
 /// Formats go by content: JPEG, HEIC, AVIF, PNG, TIFF, WebP, GIF, JPEG XL, JPEG 2000 and what LibRaw knows of
 /// camera raw. Drawings (SVG, PDF) are not photos and are not opened. Of a damaged file, what decodes is

@@ -23,7 +23,7 @@ struct ImageFileMetadata {
 
 namespace ImageFileMetadataReader {
 
-/// Never fails: what cannot be read is absent. Thread-safe.
+/// Never fails: what cannot be read is absent. `prepareMetadata` was called. Thread-safe.
 [[nodiscard]] ImageFileMetadata read(const std::filesystem::path& file);
 [[nodiscard]] ImageFileMetadata read(const FileSource& file);
 

@@ -5,6 +5,11 @@ namespace PhotoSources {
 /// While one of these lives, what libjxl and libde265 print about broken files does not reach standard error,
 /// which they cannot be told; all other lines do, late at worst. Affects the whole process; any number of
 /// threads may hold one.
+///
+/// Held only while such a file is decoded, by `ImageDecoder`. To filter all that the process ever prints,
+/// standard error would have to be a pipe with a thread behind it for good: progress would no longer find a
+/// terminal there, lines would come late and out of order with standard output, and the last words of a
+/// process that crashes would be lost.
 class StandardErrorFilter {
 public:
     StandardErrorFilter();

@@ -1,5 +1,4 @@
 #include <PhotoSources/JpegHeader.h>
-#include <PhotoSources/StandardErrorFilter.h>
 #include <PhotoSources/VipsPicture.h>
 #include <PhotoSources/VipsRendering.h>
 
@@ -11,7 +10,6 @@
 #include <cmath>
 #include <cstring>
 #include <memory>
-#include <mutex>
 #include <string_view>
 
 namespace PhotoSources::VipsPicture {
@@ -36,22 +34,6 @@ constexpr std::uint64_t mostStreamedPixels = 210'000'000;
 constexpr std::uint64_t mostWholePixels = 70'000'000;
 /// Files of formats that are held in memory while they are decoded.
 constexpr std::uint64_t mostBytesInMemory = 256U << 20;
-
-bool isReady() {
-    static std::once_flag once;
-    static bool ready = false;
-    std::call_once(once, [] {
-        // Broken photos are ordinary here; what libvips thinks of them must not reach the terminal.
-        g_log_set_handler(
-            "VIPS", static_cast<GLogLevelFlags>(G_LOG_LEVEL_MASK & ~G_LOG_LEVEL_ERROR),
-            [](const gchar*, GLogLevelFlags, const gchar*, gpointer) {}, nullptr);
-        ready = vips_init("roamly") == 0;
-        vips_cache_set_max(0);
-        // Photos are decoded side by side, one to a thread.
-        vips_concurrency_set(1);
-    });
-    return ready;
-}
 
 Size fitted(Size full, int maxPixel) {
     const int longest = full.longest();
@@ -176,12 +158,7 @@ int jpegShrinkFor(Size size, int maxPixel) {
 
 std::optional<Foundation::Image> decode(const ImageFile& file, ImageFormat format, int maxPixel,
                                         const std::optional<ColourCoding>& untaggedCoding) {
-    if (!isReady())
-        return std::nullopt;
     const ErrorLogCleared cleared;
-    std::optional<StandardErrorFilter> quiet;
-    if (format == ImageFormat::jpegXL)
-        quiet.emplace(); // Debian builds libjxl to print where it fails
     const FileSource source(file, format);
 
     const auto attempt = [&](Damage damage) -> std::optional<Foundation::Image> {
@@ -228,7 +205,7 @@ std::optional<Foundation::Image> decode(const ImageFile& file, ImageFormat forma
 
 std::optional<Foundation::Image> decodePreview(std::span<const std::uint8_t> jpeg, int maxPixel,
                                                const Orientation& orientation, bool sensorIsWide) {
-    if (!isReady() || jpeg.empty())
+    if (jpeg.empty())
         return std::nullopt;
     const ErrorLogCleared cleared;
     const auto open = [&](int shrink) {
@@ -257,8 +234,6 @@ std::optional<Foundation::Image> decodePreview(std::span<const std::uint8_t> jpe
 
 std::optional<Foundation::Image> finish(const RgbSamples& samples, int fullWidth, int fullHeight,
                                         const Orientation& orientation, int maxPixel) {
-    if (!isReady())
-        return std::nullopt;
     const ErrorLogCleared cleared;
     const bool wide = samples.bitsPerChannel > 8;
     Picture picture(vips_image_new_from_memory(samples.bytes.data(), samples.bytes.size(), samples.width,

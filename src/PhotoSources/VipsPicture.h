@@ -26,8 +26,7 @@ struct RgbSamples {
     std::vector<std::uint8_t> iccProfile;
 };
 
-/// Everything that goes through libvips: opening what it can open, scaling, colour. Thread-safe; sets libvips
-/// up on first use.
+/// Everything that goes through libvips: opening what it can open, scaling, colour. Thread-safe.
 namespace VipsPicture {
 
 [[nodiscard]] std::optional<Foundation::Image> decode(const ImageFile& file, ImageFormat format, int maxPixel,

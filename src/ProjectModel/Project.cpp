@@ -76,6 +76,23 @@ void Project::applyProposedSelection(bool isSelected, std::optional<Foundation::
         proposeSelection(*photo, isSelected, clusterID, qualityScore);
 }
 
+void Project::applyProposedLocations(const std::vector<ProposedLocation>& proposals) {
+    const PhotoIndex index{photos};
+    for (const ProposedLocation& proposal : proposals) {
+        if (const std::optional<std::size_t> position = index.find(proposal.id))
+            proposeLocation(photos[*position], proposal.location);
+    }
+}
+
+void Project::applyProposedSelections(const std::vector<ProposedSelection>& proposals) {
+    const PhotoIndex index{photos};
+    for (const ProposedSelection& proposal : proposals) {
+        if (const std::optional<std::size_t> position = index.find(proposal.id))
+            proposeSelection(photos[*position], proposal.isSelected, proposal.clusterID,
+                             proposal.qualityScore);
+    }
+}
+
 void Project::applyAnalysis(const Project& analysed) {
     const PhotoIndex found{analysed.photos};
     std::unordered_set<Foundation::Uuid> seen;

@@ -7,6 +7,7 @@
 #include <ProjectModel/PhotoRefreshes.h>
 #include <ProjectModel/PhotoSource.h>
 #include <ProjectModel/ProjectSettings.h>
+#include <ProjectModel/Proposals.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -47,6 +48,9 @@ struct Project {
     /// Leaves `selectionProvenance` as it is.
     void applyProposedSelection(bool isSelected, std::optional<Foundation::Uuid> clusterID,
                                 std::optional<double> qualityScore, const Foundation::Uuid& id);
+    /// As if each were applied by itself, in their order.
+    void applyProposedLocations(const std::vector<ProposedLocation>& proposals);
+    void applyProposedSelections(const std::vector<ProposedSelection>& proposals);
     /// What an analysis found: its locations and selections as proposals, photo by photo, for those that are
     /// in both projects.
     void applyAnalysis(const Project& analysed);

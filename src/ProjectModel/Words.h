@@ -22,14 +22,14 @@ inline constexpr std::string_view providersNote =
     "Built-in and Ollama caption on this computer. OpenRouter sends each photo to the cloud.";
 /// Between asterisks: what is emphasised.
 inline constexpr std::string_view cloudNote =
-    "Privacy: OpenRouter is a **cloud** service. Every photo you caption is uploaded to OpenRouter and the model "
+    "Privacy: OpenRouter is a **cloud** service. Every photo you caption is uploaded to OpenRouter and the "
+    "model "
     "provider you choose — the images leave your computer. Don’t use it for photos you want to keep private; "
     "use Built-in or Ollama for that.";
 
 // Where photos come from.
 inline constexpr std::string_view importHelp = "Import photos from a folder or a photo-library album";
-inline constexpr std::string_view emptyProject =
-    "Import a folder or a photo-library album to get started.";
+inline constexpr std::string_view emptyProject = "Import a folder or a photo-library album to get started.";
 
 // What stands instead of the library's albums when it cannot be read.
 inline constexpr std::string_view noPhotoLibraryTitle = "No photo library found";

@@ -1,8 +1,8 @@
 #include "FakeClock.h"
-#include "TemporaryFolder.h"
 
 #include <Analysis/AnalysisPipeline.h>
 #include <Analysis/GeocodeCache.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,5 @@
-#include "TemporaryFolder.h"
-
 #include <Analysis/DataFile.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 

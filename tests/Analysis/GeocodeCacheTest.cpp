@@ -1,7 +1,6 @@
-#include "TemporaryFolder.h"
-
 #include <Analysis/GeocodeCache.h>
 #include <Foundation/AtomicFile.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

@@ -1,8 +1,8 @@
-#include "TemporaryFolder.h"
 #include "VisionFiles.h"
 
 #include <Analysis/NetworkFile.h>
 #include <Analysis/VisionClassifier.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

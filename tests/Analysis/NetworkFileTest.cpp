@@ -1,7 +1,7 @@
-#include "TemporaryFolder.h"
 #include "VisionFiles.h"
 
 #include <Analysis/NetworkFile.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

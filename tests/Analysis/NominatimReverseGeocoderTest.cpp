@@ -1,11 +1,11 @@
 #include "FakeClock.h"
-#include "TemporaryFolder.h"
 
 #include <Analysis/LocationResolver.h>
 #include <Analysis/NominatimReverseGeocoder.h>
 #include <Foundation/Cancellation.h>
 #include <Foundation/Instant.h>
 #include <Support/LoopbackServer.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,8 +1,6 @@
 #include "KnownPlaces.h"
-#include "TemporaryFolder.h"
 
 #include <Analysis/OfflineReverseGeocoder.h>
-#include <Foundation/AtomicFile.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,7 +18,7 @@ namespace {
 class OfflineReverseGeocoderTest : public testing::Test {
 protected:
     static OfflineReverseGeocoder& geocoder() {
-        static OfflineReverseGeocoder shared(ROAMLY_GAZETTEER);
+        static OfflineReverseGeocoder shared(ROAMLY_GAZETTEER, ROAMLY_LAND_BORDERS);
         return shared;
     }
     static Placemark at(double latitude, double longitude) {
@@ -223,71 +221,6 @@ TEST_F(OfflineReverseGeocoderTest, AgreesWithTheLabelsOfRealPhotos) {
         EXPECT_TRUE(found.country) << label;
     }
     EXPECT_GT(compared, 0);
-}
-
-std::string complaintAbout(const std::filesystem::path& file) {
-    try {
-        const OfflineReverseGeocoder geocoder(file);
-        return {};
-    } catch (const GazetteerError& error) {
-        return error.what();
-    }
-}
-
-void write(const std::filesystem::path& file, std::string_view bytes) {
-    std::ofstream(file, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-TEST(GazetteerFileTest, NamesTheMissingFileAndTheRemedyInOneSentence) {
-    const std::string complaint = complaintAbout("/nowhere/gazetteer.bin");
-    EXPECT_THAT(complaint,
-                testing::AllOf(testing::HasSubstr("/nowhere/gazetteer.bin"), testing::HasSubstr("missing"),
-                               testing::HasSubstr("build Roamly again"), testing::EndsWith(".")));
-}
-
-TEST(GazetteerFileTest, RefusesFoldersAndFilesOfAnotherKind) {
-    const TemporaryFolder folder;
-    EXPECT_THAT(complaintAbout(folder / ""), testing::HasSubstr("damaged"));
-    write(folder / "empty", "");
-    EXPECT_THAT(complaintAbout(folder / "empty"), testing::HasSubstr("damaged"));
-    write(folder / "text", std::string(5000, 'x'));
-    EXPECT_THAT(complaintAbout(folder / "text"), testing::HasSubstr("damaged"));
-}
-
-TEST(GazetteerFileTest, RefusesAnotherVersion) {
-    const TemporaryFolder folder;
-    std::string bytes = Foundation::readFile(ROAMLY_GAZETTEER);
-    bytes[8] = static_cast<char>(bytes[8] + 1);
-    write(folder / "gazetteer.bin", bytes);
-    EXPECT_THAT(complaintAbout(folder / "gazetteer.bin"), testing::HasSubstr("another version"));
-}
-
-TEST(GazetteerFileTest, NoticesEveryDamage) {
-    const TemporaryFolder folder;
-    const auto file = folder / "gazetteer.bin";
-    const std::string good = Foundation::readFile(ROAMLY_GAZETTEER);
-    write(file, good);
-    ASSERT_EQ(complaintAbout(file), "");
-
-    std::mt19937 random(11);
-    for (int round = 0; round < 40; ++round) {
-        // The sections' table as often as what it leads to.
-        const std::size_t position = random() % (round % 2 ? good.size() : 512);
-        std::fstream stream(file, std::ios::binary | std::ios::in | std::ios::out);
-        stream.seekp(static_cast<std::streamoff>(position));
-        stream.put(static_cast<char>(good[position] ^ (1 << (random() % 8))));
-        stream.close();
-        const bool isPadding = complaintAbout(file).empty();
-        // Between sections there are up to seven bytes that mean nothing.
-        EXPECT_TRUE(!isPadding || good[position] == 0) << position;
-        stream.open(file, std::ios::binary | std::ios::in | std::ios::out);
-        stream.seekp(static_cast<std::streamoff>(position));
-        stream.put(good[position]);
-    }
-    for (int round = 0; round < 10; ++round) {
-        write(file, std::string_view(good).substr(0, random() % good.size()));
-        EXPECT_NE(complaintAbout(file), "");
-    }
 }
 
 } // namespace

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 #include <numeric>
 #include <thread>
 
@@ -37,13 +36,6 @@ TEST(VisionNetworkTest, AnswersAsThePublishedNetworkDoes) {
     EXPECT_NEAR(answer.classScores[398], 0.186010, 1e-4);
     EXPECT_NEAR(answer.classScores[599], 0.182366, 1e-4);
     EXPECT_NEAR(answer.classScores[488], 0.121137, 1e-4);
-}
-
-TEST(VisionNetworkTest, LoadsWithoutAWordOnStandardError) {
-    testing::internal::CaptureStderr();
-    const VisionNetwork network(sharedFile(VisionNetwork::fileName));
-    std::cerr << "heard";
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "heard");
 }
 
 TEST(VisionNetworkTest, YieldsProbabilitiesAndNothingNegative) {

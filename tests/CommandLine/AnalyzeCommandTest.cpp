@@ -285,15 +285,25 @@ TEST_F(AnalyzeCommandTest, InspectPlaceTakesNegativeNumbersAndLeavesOutWhatIsNot
     expectFailure(2, {"inspect", "place", "Rome"});
 }
 
-TEST_F(AnalyzeCommandTest, SavesNothingOverWhatAnotherProgramWroteMeanwhile) {
+TEST_F(AnalyzeCommandTest, MergesWithWhatAnotherProgramWroteMeanwhile) {
     setPosition(0, 38.7107, -9.1366);
-    std::string theirs;
     const Ran ran = program.runWhile({"analyze", "p.roamly", "--json"}, "\"progress\"", [&] {
-        theirs = text("p.roamly") + "\n";
-        Foundation::writeFileAtomically(program / "p.roamly", theirs);
+        json theirs = project();
+        theirs["photos"][1]["caption"] = "theirs";
+        Foundation::writeFileAtomically(program / "p.roamly", theirs.dump());
     });
+    EXPECT_EQ(ran.status, 0) << ran.err;
+    EXPECT_EQ(project()["photos"][0]["location"]["city"], "Lisbon");
+    EXPECT_EQ(project()["photos"][1]["caption"], "theirs");
+}
+
+TEST_F(AnalyzeCommandTest, SavesNothingOverWhatItCannotMergeWith) {
+    setPosition(0, 38.7107, -9.1366);
+    const std::string theirs = R"({"schemaVersion":3})";
+    const Ran ran = program.runWhile({"analyze", "p.roamly", "--json"}, "\"progress\"",
+                                     [&] { Foundation::writeFileAtomically(program / "p.roamly", theirs); });
     EXPECT_EQ(ran.status, 1);
-    EXPECT_THAT(ran.err, testing::HasSubstr("was changed by another program meanwhile"));
+    EXPECT_THAT(ran.err, testing::HasSubstr("can’t be opened"));
     EXPECT_EQ(text("p.roamly"), theirs);
 }
 

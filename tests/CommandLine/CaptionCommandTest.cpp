@@ -158,10 +158,11 @@ TEST_F(CaptionCommandTest, TheCloudMustBeConfirmed) {
     const Ran ran = run({"caption", "p.roamly", "--provider", "openRouter"});
     EXPECT_EQ(ran.status, 1);
     EXPECT_THAT(ran.err, HasSubstr("Privacy: photos leave your computer"));
-    EXPECT_THAT(ran.err,
-                HasSubstr("OpenRouter (cloud) captions in the cloud. Each selected photo is uploaded to "
-                          "generate its caption — it does not stay on your computer. Built-in and Ollama caption "
-                          "locally instead."));
+    EXPECT_THAT(
+        ran.err,
+        HasSubstr("OpenRouter (cloud) captions in the cloud. Each selected photo is uploaded to "
+                  "generate its caption — it does not stay on your computer. Built-in and Ollama caption "
+                  "locally instead."));
     EXPECT_THAT(ran.err, HasSubstr("--yes"));
     EXPECT_TRUE(server.requests().empty());
 }

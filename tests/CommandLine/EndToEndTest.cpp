@@ -1,7 +1,6 @@
 #include "EndToEndTest.h"
 
 #include <Foundation/AtomicFile.h>
-
 #include <Support/TestPhotos.h>
 #include <Support/TestTone.h>
 

@@ -1,10 +1,10 @@
 #include <Foundation/AtomicFile.h>
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/CommandLine/BashCompletion.h>
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Help.h>
 #include <Roamly/CommandLine/ManualPage.h>
 #include <Roamly/Document/SettingsTable.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -170,7 +170,7 @@ TEST(HelpTest, TheManualPageKnowsEveryCommandAndOption) {
 }
 
 TEST(HelpTest, TheShellCompletesCommandsOptionsAndTheirWords) {
-    const Foundation::Testing::TemporaryFolder folder;
+    const TemporaryFolder folder;
     Foundation::writeFileAtomically(folder / "completion", CommandLine::bashCompletion());
     std::filesystem::create_directory(folder / "trip");
     Foundation::writeFileAtomically(folder / "a.roamly", "");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Foundation/TemporaryFolder.h>
+#include <Support/TemporaryFolder.h>
 
 #include <nlohmann/json.hpp>
 #include <sys/types.h>
@@ -87,8 +87,8 @@ private:
     };
     Ran run(const std::vector<std::string>& words, const Situation& situation);
 
-    Foundation::Testing::TemporaryFolder m_folder;
-    Foundation::Testing::TemporaryFolder m_home;
+    TemporaryFolder m_folder;
+    TemporaryFolder m_home;
     std::string m_program = ROAMLY_PROGRAM;
     pid_t m_child = 0;
     std::map<std::string, std::string> m_environment;

@@ -2,8 +2,8 @@
 #include <Foundation/Cancellation.h>
 #include <Foundation/TemporaryFolder.h>
 #include <Roamly/Document/DocumentSession.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 #include <sys/file.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 #include <Roamly/Document/History.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 
 using Document::apply;

@@ -3,8 +3,8 @@
 #include <Foundation/TemporaryFolder.h>
 #include <Roamly/Document/OutputFile.h>
 #include <Roamly/Document/Refusal.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 
 #include <functional>

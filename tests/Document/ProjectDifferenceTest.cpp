@@ -1,8 +1,8 @@
 #include "ProjectVariations.h"
 
 #include <Roamly/Document/ProjectDifference.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 
 #include <set>

@@ -4,8 +4,8 @@
 #include <Foundation/TemporaryFolder.h>
 #include <Roamly/Document/ProjectMusic.h>
 #include <Roamly/Document/Refusal.h>
-
 #include <Support/TestTone.h>
+
 #include <gtest/gtest.h>
 
 #include <string>

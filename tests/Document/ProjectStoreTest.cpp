@@ -2,8 +2,8 @@
 #include <Foundation/TemporaryFolder.h>
 #include <ProjectModel/ProjectFile.h>
 #include <Roamly/Document/ProjectStore.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>

@@ -1,8 +1,8 @@
 #include "ProjectVariations.h"
 
 #include <Roamly/Document/ThreeWayMerge.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 
 using Document::merged;

@@ -1,8 +1,8 @@
 #include "SoundFile.h"
-#include "TemporaryFolder.h"
 
 #include <Export/ExportError.h>
 #include <Export/MusicFile.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

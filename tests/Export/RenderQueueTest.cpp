@@ -4,11 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 #include <cstdint>
 #include <latch>
 #include <memory>
-#include <random>
 #include <stdexcept>
 #include <stop_token>
 #include <thread>
@@ -31,9 +29,15 @@ std::int64_t numberOf(const Frames::YuvFrame& frame) {
 }
 
 TEST(RenderQueueTest, HandsFramesOutInOrderHoweverLongEachTakes) {
-    RenderQueue queue(500, 4, 7, [](std::int64_t index) {
-        std::mt19937 random(static_cast<unsigned>(index));
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 300));
+    // Each frame of an even number takes as long as the next one and more.
+    std::vector<std::atomic<bool>> isDrawn(501);
+    isDrawn[500] = true;
+    RenderQueue queue(500, 4, 7, [&](std::int64_t index) {
+        const auto number = static_cast<std::size_t>(index);
+        if (number % 2 == 0)
+            isDrawn[number + 1].wait(false);
+        isDrawn[number] = true;
+        isDrawn[number].notify_all();
         return numbered(index);
     });
     for (int i = 0; i < 500; ++i)
@@ -97,15 +101,16 @@ TEST(RenderQueueTest, FrameThatCannotBeDrawnIsAnAppendFailure) {
 }
 
 TEST(RenderQueueTest, StopEndsTheWaitForASlowFrame) {
-    std::atomic<bool> mayFinish = false;
-    RenderQueue queue(3, 1, 2, [&](std::int64_t index) {
-        while (!mayFinish)
-            std::this_thread::yield();
+    std::latch hasBegun(1);
+    std::latch mayFinish(1);
+    RenderQueue queue(1, 1, 2, [&](std::int64_t index) {
+        hasBegun.count_down();
+        mayFinish.wait();
         return numbered(index);
     });
     std::stop_source stop;
     std::jthread user([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        hasBegun.wait();
         stop.request_stop();
     });
     try {
@@ -114,14 +119,25 @@ TEST(RenderQueueTest, StopEndsTheWaitForASlowFrame) {
     } catch (const ExportError& error) {
         EXPECT_EQ(error.kind(), ExportError::Kind::cancelled);
     }
-    mayFinish = true;
+    mayFinish.count_down();
 }
 
-TEST(RenderQueueTest, GoesAwayWithFramesLeft) {
+TEST(RenderQueueTest, GoesAwayWithFramesLeftOnceThoseInWorkAreDrawn) {
     for (int i = 0; i < 200; ++i) {
-        RenderQueue queue(1000, 4, 6, numbered);
-        for (int taken = 0; taken < i % 9; ++taken)
-            static_cast<void>(queue.next({}));
+        std::atomic<int> begun = 0;
+        std::atomic<int> drawn = 0;
+        {
+            RenderQueue queue(1000, 4, 6, [&](std::int64_t index) {
+                ++begun;
+                Frame frame = numbered(index);
+                ++drawn;
+                return frame;
+            });
+            for (int taken = 0; taken < i % 9; ++taken)
+                EXPECT_EQ(numberOf(*queue.next({})), taken);
+        }
+        EXPECT_EQ(drawn, begun);
+        EXPECT_LE(drawn, i % 9 + 6);
     }
 }
 

@@ -105,7 +105,6 @@ void addCoverStream(AVFormatContext& output) {
 } // namespace
 
 void writeSound(const std::filesystem::path& file, const SoundFile& sound) {
-    Libav::silenceLog();
     AVFormatContext* raw = nullptr;
     require(avformat_alloc_output_context2(&raw, nullptr, sound.container.c_str(), nullptr) >= 0,
             "container");

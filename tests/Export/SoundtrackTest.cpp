@@ -1,10 +1,10 @@
 #include "SoundFile.h"
-#include "TemporaryFolder.h"
 
 #include <Export/AudioGain.h>
 #include <Export/ExportError.h>
 #include <Export/Libav.h>
 #include <Export/Soundtrack.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -32,7 +32,6 @@ namespace fs = std::filesystem;
 /// Everything the soundtrack plays, without fades unless given.
 Samples play(const fs::path& music, double duration, double fadeIn = 0, double fadeOut = 0,
              std::stop_token stop = {}) {
-    Libav::silenceLog();
     Soundtrack soundtrack(music, {{}, duration, fadeIn, fadeOut}, std::move(stop));
     Samples samples;
     StereoBuffer buffer;

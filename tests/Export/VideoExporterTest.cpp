@@ -1,12 +1,12 @@
 #include "MovieProbe.h"
 #include "PlainFrames.h"
 #include "SoundFile.h"
-#include "TemporaryFolder.h"
 
 #include <Export/MovieExport.h>
 #include <Export/VideoExporter.h>
 #include <Foundation/Bookmark.h>
 #include <Foundation/Cancellation.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -387,16 +387,21 @@ TEST_F(VideoExporterTest, CancellingWhileTheWriterIsBusyLeavesNoFileBehind) {
 }
 
 TEST_F(VideoExporterTest, CancellingWhileFramesAreAwaitedIsNoticed) {
+    std::atomic<bool> isAwaited = false;
+    std::atomic<bool> mayGoOn = false;
     frames.before = [&](double progress) {
         if (progress > 0.2) {
-            while (!stop.stop_requested())
-                std::this_thread::yield();
+            isAwaited = true;
+            isAwaited.notify_all();
+            mayGoOn.wait(false);
         }
         return true;
     };
     std::jthread user([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        isAwaited.wait(false);
         stop.request_stop();
+        mayGoOn = true;
+        mayGoOn.notify_all();
     });
     EXPECT_EQ(failureOf(onePhoto(5))->kind(), Kind::cancelled);
     EXPECT_THAT(folder.contents(), IsEmpty());

@@ -1,5 +1,5 @@
 #include <Foundation/AtomicFile.h>
-#include <Foundation/TemporaryFolder.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -93,7 +93,7 @@ int asOrdinaryUser(const std::function<int()>& operation) {
 
 class AtomicFileTest : public testing::Test {
 protected:
-    Testing::TemporaryFolder m_folder;
+    TemporaryFolder m_folder;
     const fs::path m_file = m_folder / "file.json";
 };
 

@@ -1,4 +1,5 @@
 #include <Foundation/Bookmark.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -23,12 +24,9 @@ Bytes bytesOf(std::string_view text) {
 class BookmarkTest : public testing::Test {
 protected:
     BookmarkTest() {
-        std::string pattern = (fs::temp_directory_path() / "roamly-bookmark-XXXXXX").string();
-        m_root = ::mkdtemp(pattern.data());
-        m_root /= "library";
+        m_root = m_folder / "library";
         fs::create_directories(m_root);
     }
-    ~BookmarkTest() override { fs::remove_all(m_root.parent_path()); }
 
     [[nodiscard]] fs::path path(std::string_view name) const { return m_root / name; }
 
@@ -43,6 +41,7 @@ protected:
         return BookmarkResolver{}.resolve(bookmark);
     }
 
+    TemporaryFolder m_folder;
     fs::path m_root;
 };
 

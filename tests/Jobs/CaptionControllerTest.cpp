@@ -130,7 +130,8 @@ TEST_F(CaptionControllerTest, AsksForTheKeyOfTheCloudService) {
 
 TEST_F(CaptionControllerTest, SaysThatThereIsNoOnDeviceModel) {
     ProjectDocument open = document(2);
-    EXPECT_EQ(run(open, AIProvider::apple).errorText, "The built-in captions are not available on this computer.");
+    EXPECT_EQ(run(open, AIProvider::apple).errorText,
+              "The built-in captions are not available on this computer.");
 }
 
 TEST_F(CaptionControllerTest, DescribesEachFailureInWords) {
@@ -138,9 +139,9 @@ TEST_F(CaptionControllerTest, DescribesEachFailureInWords) {
               "Ollama (local) returned HTTP 404. Check the model name and URL in Settings.");
     EXPECT_EQ(CaptionController::describe(CaptionError{Captioning::EmptyResponse{}}, "OpenRouter (cloud)"),
               "OpenRouter (cloud) returned an empty caption. Try a different model in Settings.");
-    EXPECT_EQ(
-        CaptionController::describe(CaptionError{Captioning::TransportFailure{"gone"}}, "Built-in (on-device)"),
-        "Couldn’t reach Built-in (on-device) — is the server running at the URL in Settings? (gone)");
+    EXPECT_EQ(CaptionController::describe(CaptionError{Captioning::TransportFailure{"gone"}},
+                                          "Built-in (on-device)"),
+              "Couldn’t reach Built-in (on-device) — is the server running at the URL in Settings? (gone)");
 }
 
 TEST_F(CaptionControllerTest, BatchLeavesATypedCaptionAndRegenerateReplacesIt) {

@@ -239,7 +239,7 @@ TEST_F(ImportCoordinatorTest, WhatTheUserDoesMeanwhileStays) {
 
 TEST_F(ImportCoordinatorTest, SeveralFoldersAreOneStep) {
     int changes = 0;
-    m_document = ProjectDocument{Project::empty(), [&] { ++changes; }};
+    const auto listening = m_document.addListener([&](const Document::ProjectDifference&) { ++changes; });
     import({folderOfPhotos("first", 1), folderOfPhotos("second", 1)});
     EXPECT_EQ(changes, 1);
 }

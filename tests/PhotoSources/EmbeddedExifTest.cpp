@@ -1,6 +1,7 @@
 #include <PhotoSources/EmbeddedExif.h>
 #include <PhotoSources/Exiv2Tags.h>
 #include <PhotoSources/SampleFiles.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -161,7 +162,7 @@ TEST(EmbeddedExifTest, OtherKindsOfFilesAreLeftToOthers) {
 }
 
 TEST(EmbeddedExifTest, AgreesWithExiv2) {
-    const SampleFiles::TemporaryFolder folder;
+    const TemporaryFolder folder;
     for (const Sample& sample : samples()) {
         if (sample.name.ends_with(".jxl") || sample.name == "inside.heic")
             continue; // Exiv2 does not read these in every version
@@ -173,7 +174,7 @@ TEST(EmbeddedExifTest, AgreesWithExiv2) {
 }
 
 TEST(EmbeddedExifTest, AgreesWithExiv2OnUnusualPositions) {
-    const SampleFiles::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const std::vector<std::vector<SampleFiles::Rational>> positions{{{0, 1}, {0, 1}, {0, 1}},
                                                                     {{48, 1}, {51'000, 1'000}, {0, 1}},
                                                                     {{4885, 100}},

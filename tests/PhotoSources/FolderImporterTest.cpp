@@ -3,6 +3,7 @@
 #include <Foundation/Cancellation.h>
 #include <PhotoSources/FolderImporter.h>
 #include <PhotoSources/SampleFiles.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -46,7 +47,7 @@ protected:
         return names;
     }
 
-    SampleFiles::TemporaryFolder m_folder;
+    TemporaryFolder m_folder;
 };
 
 // The records
@@ -171,7 +172,7 @@ TEST_F(FolderImporterTest, LinksToFoldersAreNotFollowed) {
 
 TEST_F(FolderImporterTest, LinksToImagesAreNoPhotosWhereverTheyLead) {
     const fs::path original = write("original.jpg");
-    const SampleFiles::TemporaryFolder elsewhere;
+    const TemporaryFolder elsewhere;
     fs::create_symlink(original, m_folder.path() / "best.jpg");
     fs::create_symlink(elsewhere.write("other.jpg", SampleFiles::jpeg()), m_folder.path() / "other.jpg");
     fs::create_symlink(elsewhere.path() / "gone.jpg", m_folder.path() / "dangling.jpg");
@@ -187,7 +188,7 @@ TEST_F(FolderImporterTest, SecondNameOfTheSameFileIsAPhotoLikeTheFirst) {
 
 TEST_F(FolderImporterTest, LinkToTheFolderItselfIsFollowed) {
     write("a.jpg");
-    const SampleFiles::TemporaryFolder elsewhere;
+    const TemporaryFolder elsewhere;
     fs::create_directory_symlink(m_folder.path(), elsewhere.path() / "photos");
     EXPECT_EQ(FolderImporter::importPhotos(elsewhere.path() / "photos").size(), 1U);
 }

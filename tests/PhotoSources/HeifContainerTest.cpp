@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 
@@ -114,7 +115,7 @@ TEST(HeifContainerTest, MutatedFilesAreReadSafely) {
     EXPECT_LT(read, 4000);
 }
 
-TEST(HeifContainerTest, MutatedPictureDataNeverCrashes) {
+TEST(HeifContainerTest, MutatedPictureDataYieldsAWholePictureOrNone) {
     const Bytes whole = gridFile();
     const std::string text(whole.begin(), whole.end());
     const std::size_t data = text.find("mdat") + 4;
@@ -123,8 +124,13 @@ TEST(HeifContainerTest, MutatedPictureDataNeverCrashes) {
         Bytes bytes = whole;
         for (int i = 0; i < 4; ++i)
             bytes[data + random() % (bytes.size() - data)] = static_cast<std::uint8_t>(random());
-        if (const auto picture = Container::readHevcPicture(bytes))
-            static_cast<void>(PhotoSources::HeifDecoder::decode(*picture, 32));
+        const auto picture = Container::readHevcPicture(bytes);
+        ASSERT_TRUE(picture);
+        if (const auto image = PhotoSources::HeifDecoder::decode(*picture, 32)) {
+            EXPECT_LE(std::max(image->width, image->height), 32);
+            EXPECT_EQ(image->pixels.size(),
+                      static_cast<std::size_t>(image->width) * static_cast<std::size_t>(image->height) * 3);
+        }
     }
 }
 

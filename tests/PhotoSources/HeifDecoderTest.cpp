@@ -4,6 +4,7 @@
 #include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/SampleFiles.h>
 #include <PhotoSources/VipsPicture.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 #include <vips/vips.h>
@@ -259,7 +260,7 @@ TEST(HeifDecoderTest, AFewLostTilesAreShownBlackAndManyAreNothing) {
 }
 
 TEST(HeifDecoderTest, AgreesWithTheSystemsReader) {
-    const SampleFiles::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const Coded coded = HeifMaking::encoded(128, 64, {});
     using HeifMaking::mirror, HeifMaking::rotation, HeifMaking::crop;
     const std::vector<std::vector<HeifMaking::Bytes>> cases{
@@ -296,7 +297,7 @@ TEST(HeifDecoderTest, AgreesWithTheSystemsReader) {
 }
 
 TEST(HeifDecoderTest, DecodesWhatTheSystemWrites) {
-    const SampleFiles::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const auto path = Painting::quarters(300, 200).save(folder.path() / "a.heic[Q=90]");
     const auto image = PhotoSources::ImageDecoder::decode(path, 1000);
     EXPECT_EQ(Painting::difference(image, {}, 6), "");
@@ -306,7 +307,7 @@ TEST(HeifDecoderTest, DecodesWhatTheSystemWrites) {
 }
 
 TEST(HeifDecoderTest, DecodesThroughTheFrontDoor) {
-    const SampleFiles::TemporaryFolder folder;
+    const TemporaryFolder folder;
     Layout layout;
     layout.isGrid = true;
     layout.columns = layout.rows = 2;

@@ -1,6 +1,7 @@
 #include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/Painting.h>
 #include <PhotoSources/SampleFiles.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 #include <lcms2.h>
@@ -60,7 +61,7 @@ protected:
         return {samples[0], samples[1], samples[2]};
     }
 
-    SampleFiles::TemporaryFolder m_folder;
+    TemporaryFolder m_folder;
 };
 
 TEST_F(ImageColourTest, DisplayP3ComesOutInSrgb) {

@@ -1,6 +1,7 @@
 #include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/Painting.h>
 #include <PhotoSources/SampleFiles.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 #include <vips/vips.h>
@@ -18,7 +19,7 @@ class ImageDecoderTest : public testing::Test {
 protected:
     [[nodiscard]] std::filesystem::path at(const std::string& name) const { return m_folder.path() / name; }
 
-    SampleFiles::TemporaryFolder m_folder;
+    TemporaryFolder m_folder;
 };
 
 /// The picture as a camera held another way would have stored it under this EXIF orientation.

@@ -1,6 +1,7 @@
 #include <Foundation/Instant.h>
 #include <PhotoSources/ImageFileMetadata.h>
 #include <PhotoSources/SampleFiles.h>
+#include <Support/TemporaryFolder.h>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -74,7 +75,7 @@ protected:
         return read(exif).coordinate;
     }
 
-    SampleFiles::TemporaryFolder m_folder;
+    TemporaryFolder m_folder;
 };
 
 // The capture date

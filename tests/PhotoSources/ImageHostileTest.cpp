@@ -2,6 +2,7 @@
 #include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/Painting.h>
 #include <PhotoSources/SampleFiles.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -23,7 +24,7 @@ protected:
         return {std::istreambuf_iterator<char>(in), {}};
     }
 
-    SampleFiles::TemporaryFolder m_folder;
+    TemporaryFolder m_folder;
 };
 
 /// Noise, so that a file's bytes spread evenly over its rows.

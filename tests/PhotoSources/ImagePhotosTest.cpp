@@ -68,13 +68,20 @@ TEST_F(ImagePhotosTest, DecodesEveryPhotoUprightWithinTheBound) {
     std::cout << decoded << " photos decoded\n";
 }
 
-TEST_F(ImagePhotosTest, BrokenFilesAndRawFilesWithoutPixelsNeverCrash) {
+TEST_F(ImagePhotosTest, BrokenFilesYieldAWholePictureOrNone) {
     for (const json& item : m_items) {
         const std::string name = item.at("file");
         const std::string folder = name.substr(0, name.find('/'));
         if (folder != "raw" && folder != "broken" && folder != "music")
             continue;
         const auto image = decode(name, 256);
+        if (image) {
+            EXPECT_LE(std::max(image->width, image->height), 256) << name;
+            EXPECT_EQ(image->pixels.size(),
+                      static_cast<std::size_t>(image->width) * static_cast<std::size_t>(image->height) * 3)
+                << name;
+        }
+        EXPECT_FALSE(image && folder == "music") << name;
         const std::string decoder = item.contains("decoded_by") && item["decoded_by"].is_string()
                                         ? item["decoded_by"].get<std::string>()
                                         : "none";

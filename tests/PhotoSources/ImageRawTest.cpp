@@ -1,6 +1,7 @@
 #include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/Painting.h>
 #include <PhotoSources/SampleFiles.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -194,7 +195,7 @@ protected:
         return {std::istreambuf_iterator<char>(in), {}};
     }
 
-    SampleFiles::TemporaryFolder m_folder;
+    TemporaryFolder m_folder;
 };
 
 TEST_F(ImageRawTest, DevelopsTheSensorsData) {

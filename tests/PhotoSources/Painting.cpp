@@ -13,17 +13,6 @@ namespace Painting {
 
 namespace {
 
-void startVips() {
-    static const bool started = [] {
-        g_log_set_handler(
-            "VIPS", G_LOG_LEVEL_WARNING, [](const gchar*, GLogLevelFlags, const gchar*, gpointer) {},
-            nullptr);
-        return vips_init("PhotoSourcesTests") == 0;
-    }();
-    if (!started)
-        throw std::runtime_error("libvips does not start");
-}
-
 [[noreturn]] void fail() {
     std::string message = vips_error_buffer();
     vips_error_clear();
@@ -96,7 +85,6 @@ std::vector<std::uint8_t> Canvas::samples() const {
 }
 
 Canvas fromSamples(int width, int height, int bands, std::vector<std::uint8_t> samples) {
-    startVips();
     VipsImage* image = vips_image_new_from_memory_copy(samples.data(), samples.size(), width, height, bands,
                                                        VIPS_FORMAT_UCHAR);
     if (!image)

@@ -52,35 +52,6 @@ inline Bytes& appendLittle(Bytes& bytes, std::uint64_t number, int length) {
     return bytes;
 }
 
-/// A folder of its own that is removed with everything in it.
-class TemporaryFolder {
-public:
-    TemporaryFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "roamly-test-XXXXXX").string();
-        m_path = ::mkdtemp(pattern.data());
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-    ~TemporaryFolder() {
-        std::error_code error;
-        std::filesystem::remove_all(m_path, error);
-    }
-
-    [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
-
-    /// Writes a file, making the folders above it, and returns its path.
-    std::filesystem::path write(std::string_view name, const Bytes& contents) const {
-        const std::filesystem::path file = m_path / name;
-        std::filesystem::create_directories(file.parent_path());
-        std::ofstream{file, std::ios::binary}.write(reinterpret_cast<const char*>(contents.data()),
-                                                    static_cast<std::streamsize>(contents.size()));
-        return file;
-    }
-
-private:
-    std::filesystem::path m_path;
-};
-
 using Rational = std::pair<std::uint32_t, std::uint32_t>;
 
 /// One tag of a TIFF directory; its value in the byte order of the structure.

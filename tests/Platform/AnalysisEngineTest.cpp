@@ -1,5 +1,6 @@
 #include <PhotoSources/ImageDecoder.h>
 #include <Roamly/Platform/AnalysisEngine.h>
+#include <Roamly/Platform/ProcessSetup.h>
 
 #include <gtest/gtest.h>
 
@@ -32,6 +33,7 @@ TEST(VisionEngineTest, NamesPeopleWhereItFindsFaces) {
     const char* folder = std::getenv("ROAMLY_TEST_PHOTOS");
     if (!folder)
         GTEST_SKIP() << "ROAMLY_TEST_PHOTOS is not set";
+    preparePictures();
     VisionEngine engine;
     const auto classify = engine.classifier();
     int portraits = 0;

@@ -1,4 +1,5 @@
 #include <Roamly/Platform/AppImageProvider.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -22,14 +23,6 @@ using ProjectModel::LibraryPhotoRef;
 
 class AppImageProviderTest : public testing::Test {
 protected:
-    void SetUp() override {
-        std::string pattern = (std::filesystem::temp_directory_path() / "roamly-provider-XXXXXX").string();
-        ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        m_folder = pattern;
-    }
-
-    void TearDown() override { std::filesystem::remove_all(m_folder); }
-
     [[nodiscard]] std::filesystem::path path(const char* name) const { return m_folder / name; }
 
     static void write(const std::filesystem::path& file, const QByteArray& bytes) {
@@ -66,7 +59,7 @@ protected:
         return {Foundation::Bytes(text.begin(), text.end()), file.filename().string()};
     }
 
-    std::filesystem::path m_folder;
+    TemporaryFolder m_folder;
 };
 
 std::array<int, 3> pixel(const Image& image, int x, int y) {

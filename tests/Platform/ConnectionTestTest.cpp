@@ -1,7 +1,7 @@
 #include <Captioning/URLSessionTransport.h>
 #include <Roamly/Platform/ConnectionTest.h>
-
 #include <Support/LoopbackServer.h>
+
 #include <gtest/gtest.h>
 
 namespace {

@@ -1,7 +1,6 @@
 #include <Roamly/Platform/KeychainStore.h>
 #include <Support/PrivateKeyring.h>
 
-#include <Support/PrivateKeyring.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>

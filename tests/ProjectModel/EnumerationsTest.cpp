@@ -34,8 +34,8 @@ TEST(AIProviderTest, ListsItsCasesInTheOrderOfPickersWithTheirNames) {
         EXPECT_EQ(aiProviderFromRawValue(rawValue(provider)), provider);
     }
     EXPECT_EQ(rawValues, (std::vector<std::string_view>{"apple", "ollama", "openRouter"}));
-    EXPECT_EQ(names,
-              (std::vector<std::string_view>{"Built-in (on-device)", "Ollama (local)", "OpenRouter (cloud)"}));
+    EXPECT_EQ(names, (std::vector<std::string_view>{"Built-in (on-device)", "Ollama (local)",
+                                                    "OpenRouter (cloud)"}));
 }
 
 TEST(AIProviderTest, SendsPhotosToTheCloudOnlyWithOpenRouter) {

@@ -1,5 +1,5 @@
-#include <Foundation/TemporaryFolder.h>
 #include <ProjectModel/PhotoRef.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -28,7 +28,7 @@ TEST(PhotoRefTest, KeyOfALibraryPhotoIsItsIdentifier) {
 }
 
 TEST(PhotoRefTest, KeyOfAFileIsThePathItsBookmarkLeadsToInStandardForm) {
-    const Foundation::Testing::TemporaryFolder folder;
+    const TemporaryFolder folder;
     fs::create_directory(folder / "sub");
     const fs::path file = folder / "a.jpg";
     std::ofstream{file} << "picture";
@@ -41,7 +41,7 @@ TEST(PhotoRefTest, KeyOfAFileIsThePathItsBookmarkLeadsToInStandardForm) {
 }
 
 TEST(PhotoRefTest, KeyFollowsARenamedFile) {
-    const Foundation::Testing::TemporaryFolder folder;
+    const TemporaryFolder folder;
     std::ofstream{folder / "a.jpg"} << "picture";
     const auto bookmark = Foundation::makeBookmark(folder / "a.jpg");
     ASSERT_TRUE(bookmark);
@@ -51,7 +51,7 @@ TEST(PhotoRefTest, KeyFollowsARenamedFile) {
 }
 
 TEST(PhotoRefTest, KeyDoesNotResolveSymbolicLinks) {
-    const Foundation::Testing::TemporaryFolder folder;
+    const TemporaryFolder folder;
     fs::create_directory(folder / "real");
     std::ofstream{folder.path() / "real" / "a.jpg"} << "picture";
     fs::create_directory_symlink(folder / "real", folder / "link");
@@ -75,7 +75,7 @@ TEST(PhotoRefTest, KeyOfABookmarkThatIsNeitherResolvableNorTextIsTheDisplayName)
 }
 
 TEST(PhotoRefTest, KeyOfALostFileIsItsDisplayName) {
-    const Foundation::Testing::TemporaryFolder folder;
+    const TemporaryFolder folder;
     std::ofstream{folder / "a.jpg"} << "picture";
     const auto bookmark = Foundation::makeBookmark(folder / "a.jpg");
     ASSERT_TRUE(bookmark);

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <cstdio>
 #include <string>
 
 namespace ProjectModel {
@@ -31,21 +29,9 @@ Project travelledProject(std::size_t photoCount) {
     return project;
 }
 
-TEST(ProjectFileScaleTest, SavesAndLoadsTwentyThousandPhotosAndTellsHowLongItTook) {
-    using Clock = std::chrono::steady_clock;
+TEST(ProjectFileScaleTest, LoadsTwentyThousandPhotosAsTheyWereSaved) {
     const Project project = travelledProject(20'000);
-    const auto begin = Clock::now();
-    const std::string bytes = encoded(project);
-    const auto middle = Clock::now();
-    const Project decoded = decodeProject(bytes);
-    const auto end = Clock::now();
-    EXPECT_TRUE(decoded == project);
-    const auto milliseconds = [](Clock::duration duration) {
-        return std::chrono::duration<double, std::milli>(duration).count();
-    };
-    std::printf("%zu photos, %.1f MB: encoded in %.0f ms, decoded in %.0f ms\n", project.photos.size(),
-                static_cast<double>(bytes.size()) / 1e6, milliseconds(middle - begin),
-                milliseconds(end - middle));
+    EXPECT_TRUE(decodeProject(encoded(project)) == project);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
-#include <Foundation/TemporaryFolder.h>
 #include <ProjectModel/Project.h>
 #include <ProjectModel/RandomProject.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -112,8 +112,7 @@ TEST(ProjectOrderTest, SortsAnyProjectStablyAndLosesNothing) {
 // Merging
 
 /// As a folder import makes them: the references lead to the files, all else differs from import to import.
-std::vector<PhotoItem> photosOfFiles(const Foundation::Testing::TemporaryFolder& folder, const Names& names,
-                                     std::uint64_t seed) {
+std::vector<PhotoItem> photosOfFiles(const TemporaryFolder& folder, const Names& names, std::uint64_t seed) {
     Testing::RandomProject random{seed};
     std::vector<PhotoItem> photos;
     for (const std::string& name : names) {
@@ -125,7 +124,7 @@ std::vector<PhotoItem> photosOfFiles(const Foundation::Testing::TemporaryFolder&
 }
 
 TEST(ProjectImportTest, ImportingTheSameFolderTwiceAddsNothingAndTouchesNothing) {
-    const Foundation::Testing::TemporaryFolder folder;
+    const TemporaryFolder folder;
     const Names names{"a.jpg", "b.jpg", "c.jpg"};
     for (const std::string& name : names)
         std::ofstream{folder / name} << name;
@@ -140,7 +139,7 @@ TEST(ProjectImportTest, ImportingTheSameFolderTwiceAddsNothingAndTouchesNothing)
 }
 
 TEST(ProjectImportTest, AFileThatWasRenamedSinceItsImportIsNotAddedAgain) {
-    const Foundation::Testing::TemporaryFolder folder;
+    const TemporaryFolder folder;
     std::ofstream{folder / "a.jpg"} << "a";
     Project project;
     merge(project, photosOfFiles(folder, {"a.jpg"}, 1));

@@ -35,9 +35,10 @@ TEST(WordsTest, AMissingAndAClosedPhotoLibraryAreTwoAlerts) {
               "Roamly looks for the libraries of Shotwell and digiKam and found none.");
     EXPECT_EQ(Words::noPhotoLibraryButton, "OK");
     EXPECT_EQ(Words::photoLibraryDeniedTitle, "Photo library access is off");
-    EXPECT_EQ(Words::photoLibraryDeniedMessage("/home/ana/Pictures"),
-              "Roamly can’t read your photo library because access to “/home/ana/Pictures” was denied. Change "
-              "the folder’s permissions, then try importing again.");
+    EXPECT_EQ(
+        Words::photoLibraryDeniedMessage("/home/ana/Pictures"),
+        "Roamly can’t read your photo library because access to “/home/ana/Pictures” was denied. Change "
+        "the folder’s permissions, then try importing again.");
 }
 
 TEST(WordsTest, TheFileBrowserIsFiles) {

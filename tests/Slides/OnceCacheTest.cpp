@@ -70,16 +70,16 @@ TEST(OnceCacheTest, ThreadsThatAskAtTheSameTimeShareOneComputation) {
     constexpr int threads = 6;
     Cache cache(1);
     std::atomic<int> made = 0;
-    std::latch start(threads);
+    std::latch haveAsked(threads);
     std::vector<std::shared_ptr<const std::string>> results(threads);
     {
         std::vector<std::jthread> workers;
         for (int i = 0; i < threads; ++i)
             workers.emplace_back([&, i] {
-                start.arrive_and_wait();
+                haveAsked.count_down();
                 results[static_cast<std::size_t>(i)] = cache.get(1, [&] {
                     ++made;
-                    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+                    haveAsked.wait();
                     return std::make_shared<const std::string>("one");
                 });
             });

@@ -431,13 +431,13 @@ TEST(SlideshowFrameSourceTest, ASizeThatIsNotPositiveYieldsNothing) {
 TEST(SlideshowFrameSourceTest, ThreadsThatNeedTheSamePhotoLoadItOnce) {
     constexpr int threads = 6;
     std::atomic<int> loads = 0;
+    std::latch haveAsked(threads);
     const auto load = [&](const PhotoRef&) {
         ++loads;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        haveAsked.wait();
         return std::optional(solid(red));
     };
     SlideshowFrameSource source(Photos::project(1), load);
-    std::latch start(threads);
     std::vector<std::shared_ptr<const YuvFrame>> frames(threads);
     {
         std::vector<std::jthread> workers;
@@ -446,7 +446,7 @@ TEST(SlideshowFrameSourceTest, ThreadsThatNeedTheSamePhotoLoadItOnce) {
                 PhotoState state = shown(1);
                 state.current.kenBurns = Timeline::KenBurnsTransform{};
                 state.progress = i / 10.0;
-                start.arrive_and_wait();
+                haveAsked.count_down();
                 frames[static_cast<std::size_t>(i)] = source.frame(state, size);
             });
     }
@@ -458,9 +458,10 @@ TEST(SlideshowFrameSourceTest, ThreadsThatNeedTheSamePhotoLoadItOnce) {
 TEST(SlideshowFrameSourceTest, AFailureSeenByManyThreadsIsTriedAndListedOnce) {
     constexpr int threads = 6;
     std::atomic<int> loads = 0;
+    std::latch haveAsked(threads);
     const auto load = [&](const PhotoRef&) {
         ++loads;
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        haveAsked.wait();
         return std::optional<Image>();
     };
     SlideshowFrameSource source(Photos::project(1), load);
@@ -468,6 +469,7 @@ TEST(SlideshowFrameSourceTest, AFailureSeenByManyThreadsIsTriedAndListedOnce) {
         std::vector<std::jthread> workers;
         for (int i = 0; i < threads; ++i)
             workers.emplace_back([&] {
+                haveAsked.count_down();
                 for (int n = 0; n < 5; ++n)
                     (void)source.frame(shown(1), size);
             });

@@ -1,4 +1,5 @@
 #include <Foundation/AtomicFile.h>
+#include <PhotoSources/ProcessSetup.h>
 #include <Support/TestPhotos.h>
 
 #include <vips/vips.h>
@@ -55,8 +56,7 @@ std::string dateSegment(std::string_view date) {
 
 /// A JPEG of one colour.
 std::string plainJpeg(const Look& look) {
-    if (VIPS_INIT("tests") != 0)
-        throw std::runtime_error("libvips does not start.");
+    PhotoSources::prepareDecoding();
     std::vector<std::uint8_t> pixels;
     for (int i = 0; i < look.width * look.height; ++i) {
         for (const int shift : {16, 8, 0})

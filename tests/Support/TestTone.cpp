@@ -1,5 +1,4 @@
 #include <Foundation/AtomicFile.h>
-
 #include <Support/TestTone.h>
 
 #include <cstdint>

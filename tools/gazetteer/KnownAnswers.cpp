@@ -9,8 +9,9 @@
 
 namespace GazetteerBuilder {
 
-void checkAnswers(const std::filesystem::path& gazetteer, const std::filesystem::path& table) {
-    Analysis::OfflineReverseGeocoder geocoder(gazetteer);
+void checkAnswers(const std::filesystem::path& gazetteer, const std::filesystem::path& landBorders,
+                  const std::filesystem::path& table) {
+    Analysis::OfflineReverseGeocoder geocoder(gazetteer, landBorders);
     for (const auto& fields : readTable(table, 4)) {
         const auto found = geocoder.placemark({std::stod(fields[0]), std::stod(fields[1])});
         if (found.city.value_or("-") != fields[2] || found.country.value_or("-") != fields[3])

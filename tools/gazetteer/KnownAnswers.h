@@ -4,8 +4,9 @@
 
 namespace GazetteerBuilder {
 
-/// Asks the gazetteer for the places of a table of our own (latitude, longitude, city and country, - for
-/// none) and throws std::runtime_error, which says what is wrong, when it answers one of them otherwise.
-void checkAnswers(const std::filesystem::path& gazetteer, const std::filesystem::path& table);
+/// Asks the files for the places of a table of our own (latitude, longitude, city and country, - for
+/// none) and throws std::runtime_error, which says what is wrong, when they answer one of them otherwise.
+void checkAnswers(const std::filesystem::path& gazetteer, const std::filesystem::path& landBorders,
+                  const std::filesystem::path& table);
 
 } // namespace GazetteerBuilder

@@ -20,6 +20,15 @@ struct Layer {
     [[nodiscard]] Analysis::PolygonLayer view() const { return {vertices, cellStarts, cellEntries, edges}; }
 };
 
+/// The outlines of records that have a `shape`, in their order. Valid as long as the records.
+template <typename Records>
+[[nodiscard]] std::vector<const Shape*> outlines(const Records& records) {
+    std::vector<const Shape*> result;
+    for (const auto& record : records)
+        result.push_back(&record.shape);
+    return result;
+}
+
 /// The shapes are numbered in the order given.
 [[nodiscard]] Layer buildLayer(std::span<const Shape* const> shapes);
 

@@ -177,26 +177,12 @@ private:
 
 } // namespace
 
-std::filesystem::path packageFolder(const std::filesystem::path& packages,
-                                    const std::filesystem::path& manifest, const std::string& name) {
-    const json document = readJson(manifest);
-    for (const json& package : document.at("packages")) {
-        if (package.at("name") == name) {
-            std::string folder = name + "@" + package.at("version").get<std::string>();
-            std::replace(folder.begin(), folder.end(), '/', '+');
-            return packages / folder;
-        }
-    }
-    throw std::runtime_error(manifest.string() + " lists no package " + name);
-}
-
 std::vector<Place> readPlaces(const std::filesystem::path& file) {
     std::vector<Place> places;
     for (std::vector<std::string>& fields : readTable(file, 19)) {
         Place& place = places.emplace_back();
         place.name = std::move(fields[1]);
         place.asciiName = std::move(fields[2]);
-        place.alternateNames = std::move(fields[3]);
         place.latitude = number<double>(fields[4]);
         place.longitude = number<double>(fields[5]);
         place.kind = std::move(fields[7]);
@@ -232,14 +218,11 @@ std::map<std::string, std::string> readAreaNames(const std::filesystem::path& fi
     return names;
 }
 
-CountryNames readCountryNames(const std::filesystem::path& folder) {
-    CountryNames names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        const json file = readJson(entry.path());
-        auto& language = names[file.at("locale").get<std::string>()];
-        for (const auto& [code, name] : file.at("countries").items())
-            language[code] = (name.is_array() ? name.at(0) : name).get<std::string>();
-    }
+std::map<std::string, std::string> readCountryNames(const std::filesystem::path& file) {
+    std::map<std::string, std::string> names;
+    const json document = readJson(file);
+    for (const auto& [code, name] : document.at("countries").items())
+        names[code] = (name.is_array() ? name.at(0) : name).get<std::string>();
     return names;
 }
 

@@ -15,8 +15,6 @@ struct Place {
     std::string name;
     /// The name in plain Latin letters.
     std::string asciiName;
-    /// Separated by commas, any language.
-    std::string alternateNames;
     double latitude = 0;
     double longitude = 0;
     /// GeoNames' feature code: PPLC a capital, PPLX a section of a town, …
@@ -48,21 +46,13 @@ struct RegionShape {
     Shape shape;
 };
 
-/// language → country → name
-using CountryNames = std::map<std::string, std::map<std::string, std::string>>;
-
-/// Where tools/fetch-data put a package's files, for the version that the manifest pins. Throws when the
-/// manifest does not know the package.
-[[nodiscard]] std::filesystem::path packageFolder(const std::filesystem::path& packages,
-                                                  const std::filesystem::path& manifest,
-                                                  const std::string& name);
-
 [[nodiscard]] std::vector<Place> readPlaces(const std::filesystem::path& file);
 /// A place for each postal code: where it is, and the town or village that its letters are addressed to.
 [[nodiscard]] std::vector<Place> readPostalCodes(const std::filesystem::path& file);
 /// "US.CA" or "US.CA.037" → name
 [[nodiscard]] std::map<std::string, std::string> readAreaNames(const std::filesystem::path& file);
-[[nodiscard]] CountryNames readCountryNames(const std::filesystem::path& folder);
+/// ISO 3166-1 alpha-2 → name, in the file's language
+[[nodiscard]] std::map<std::string, std::string> readCountryNames(const std::filesystem::path& file);
 [[nodiscard]] std::vector<CountryShape> readBorders(const std::filesystem::path& file);
 /// ISO 3166-1 alpha-3 → alpha-2, from the same file.
 [[nodiscard]] std::map<std::string, std::string> readLongCodes(const std::filesystem::path& borders);

@@ -262,7 +262,6 @@ std::vector<Place> postalPlaces(const std::vector<Place>& codes, const std::vect
         if (town && nearest > radiusKm(town->population)) {
             Place& quarter = result.emplace_back(code);
             quarter.name = town->name;
-            quarter.alternateNames = town->alternateNames;
             quarter.population = std::min(postalQuarterPopulation, town->population / 2);
         } else if (!town && isInGap) {
             auto& [village, count] =
@@ -305,7 +304,6 @@ std::vector<Place> quarters(const std::vector<Place>& sections, const std::vecto
         if (parent) {
             Place& quarter = result.emplace_back(section);
             quarter.name = parent->name;
-            quarter.alternateNames = parent->alternateNames;
         } else if (standsAlone) {
             result.push_back(section);
             result.back().name = englishName(section);

@@ -1,5 +1,5 @@
-#include <Roamly/CommandLine/Analyzing.h>
 #include <Roamly/CommandLine/Commands.h>
+#include <Roamly/CommandLine/ConsoleAnalysis.h>
 #include <Roamly/CommandLine/Counted.h>
 #include <Roamly/CommandLine/JsonForms.h>
 #include <Roamly/CommandLine/ProjectOpening.h>

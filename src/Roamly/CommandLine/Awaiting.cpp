@@ -4,16 +4,22 @@ namespace CommandLine {
 
 std::exception_ptr await(Jobs::ActionQueue& queue, const std::stop_token& stop,
                          const std::function<bool()>& isDone, const std::function<void()>& cancel) {
-    const std::stop_callback interrupted{stop, [&] { queue.post(cancel); }};
+    // Wakes this thread, which then cancels before it shows anything that was reported meanwhile.
+    const std::stop_callback interrupted{stop, [&] { queue.post([] {}); }};
     std::exception_ptr failure;
+    bool isAsked = false;
+    const auto mustAsk = [&] { return !isAsked && (failure || stop.stop_requested()); };
     while (!isDone()) {
+        if (mustAsk()) {
+            isAsked = true;
+            cancel();
+            continue;
+        }
         try {
-            queue.runUntil(isDone);
+            queue.runUntil([&] { return isDone() || mustAsk(); });
         } catch (...) {
-            if (!failure) {
+            if (!failure)
                 failure = std::current_exception();
-                queue.post(cancel);
-            }
         }
     }
     return failure;

@@ -1,7 +1,7 @@
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/CommandLine/Drawing.h>
-#include <Roamly/CommandLine/Exporting.h>
+#include <Roamly/CommandLine/ConsoleExport.h>
 #include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/CommandLine/OffscreenApplication.h>
 #include <Roamly/Document/OutputFile.h>
 #include <Roamly/Document/ProjectStore.h>
 #include <Roamly/Platform/SettingsStore.h>
@@ -19,7 +19,7 @@ int run(const Invocation& invocation) {
     const ProjectModel::Project project = Document::ProjectStore::load(projectFile).project;
     Document::OutputFile::checkIsNoInput(output, projectFile, project);
 
-    const Drawing drawing;
+    const OffscreenApplication application;
     const std::set<Foundation::Uuid> failed = exportMovie(project, settings, preset, output, invocation);
     invocation.console.report([&](Foundation::JsonWriter& json) {
         JsonForms::write(json.beginObject().key("failedPhotoIDs"), failed);

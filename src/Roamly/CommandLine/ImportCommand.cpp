@@ -1,5 +1,5 @@
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/CommandLine/Importing.h>
+#include <Roamly/CommandLine/ConsoleImport.h>
 #include <Roamly/CommandLine/JsonForms.h>
 #include <Roamly/CommandLine/ProjectOpening.h>
 

@@ -2,9 +2,9 @@
 #include <Foundation/DisplayText.h>
 #include <Frames/YuvFrame.h>
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/CommandLine/Drawing.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/CommandLine/OffscreenApplication.h>
 #include <Roamly/CommandLine/ProjectTimeline.h>
 #include <Roamly/CommandLine/Values.h>
 #include <Roamly/Document/OutputFile.h>
@@ -42,7 +42,7 @@ int run(const Invocation& invocation) {
     const ProjectTimeline loaded = loadTimeline(projectFile);
     Document::OutputFile::checkIsNoInput(output, projectFile, loaded.project);
 
-    const Drawing drawing;
+    const OffscreenApplication application;
     const std::unique_ptr<Frames::FrameSource> frames =
         Platform::slideshowFrames(loaded.project, Jobs::ExportController::decodingBound(size.width));
     const Timeline::Playhead playhead{loaded.timeline, loaded.settings.crossfade};

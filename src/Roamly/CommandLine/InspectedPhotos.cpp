@@ -2,11 +2,13 @@
 #include <Foundation/DisplayText.h>
 #include <PhotoSources/ImageDecoder.h>
 #include <Roamly/CommandLine/InspectedPhotos.h>
+#include <Roamly/Platform/ProcessSetup.h>
 
 namespace CommandLine {
 
 std::optional<Foundation::Image> analysedPhoto(const std::filesystem::path& file) {
     constexpr int maxPixel = 1024;
+    Platform::preparePictures();
     return PhotoSources::ImageDecoder::decode(file, maxPixel);
 }
 

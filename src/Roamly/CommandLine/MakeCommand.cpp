@@ -1,10 +1,10 @@
-#include <Roamly/CommandLine/Analyzing.h>
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/CommandLine/Drawing.h>
-#include <Roamly/CommandLine/Exporting.h>
+#include <Roamly/CommandLine/ConsoleAnalysis.h>
+#include <Roamly/CommandLine/ConsoleExport.h>
+#include <Roamly/CommandLine/ConsoleImport.h>
 #include <Roamly/CommandLine/Failures.h>
-#include <Roamly/CommandLine/Importing.h>
 #include <Roamly/CommandLine/JsonForms.h>
+#include <Roamly/CommandLine/OffscreenApplication.h>
 #include <Roamly/CommandLine/ProjectOpening.h>
 #include <Roamly/Document/OutputFile.h>
 #include <Roamly/Document/ProjectMusic.h>
@@ -55,6 +55,8 @@ Prepared prepare(const Wishes& wishes, const Invocation& invocation) {
         Document::DocumentSession session = openForLongWork(*projectFile, invocation);
         Jobs::ImportOutcome outcome = fillProject(session.document(), wishes, invocation);
         session.saveMerged(waitFor(invocation));
+        // Photos that somebody else added meanwhile are in the project now.
+        Document::OutputFile::checkIsNoInput(wishes.output, *projectFile, session.project());
         return {session.project(), std::move(outcome)};
     }
     Document::ProjectDocument document;
@@ -79,7 +81,7 @@ int run(const Invocation& invocation) {
     if (const std::optional<std::string> file = arguments.value("--music"))
         wishes.music = Document::musicSelection(*file);
 
-    const Drawing drawing;
+    const OffscreenApplication application;
     const Prepared prepared = prepare(wishes, invocation);
     const std::set<Foundation::Uuid> failed =
         exportMovie(prepared.project, wishes.settings, preset, wishes.output, invocation);

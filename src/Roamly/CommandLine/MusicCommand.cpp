@@ -1,6 +1,6 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
-#include <Roamly/CommandLine/Reviewing.h>
+#include <Roamly/CommandLine/ProjectChange.h>
 #include <Roamly/Document/ProjectMusic.h>
 
 namespace CommandLine {

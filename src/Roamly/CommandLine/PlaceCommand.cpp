@@ -1,6 +1,6 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
-#include <Roamly/CommandLine/Reviewing.h>
+#include <Roamly/CommandLine/ProjectChange.h>
 #include <Roamly/CommandLine/Values.h>
 #include <Roamly/Document/ReviewModel.h>
 

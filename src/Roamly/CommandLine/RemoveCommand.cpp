@@ -1,5 +1,5 @@
 #include <Roamly/CommandLine/Commands.h>
-#include <Roamly/CommandLine/Reviewing.h>
+#include <Roamly/CommandLine/ProjectChange.h>
 #include <Roamly/CommandLine/Values.h>
 #include <Roamly/Document/ReviewModel.h>
 

@@ -1,7 +1,7 @@
 #include <Roamly/CommandLine/Commands.h>
 #include <Roamly/CommandLine/Failures.h>
+#include <Roamly/CommandLine/ProjectChange.h>
 #include <Roamly/CommandLine/Prompt.h>
-#include <Roamly/CommandLine/Reviewing.h>
 #include <Roamly/CommandLine/SettingsHelp.h>
 #include <Roamly/CommandLine/Suggestion.h>
 #include <Roamly/CommandLine/Values.h>

@@ -83,7 +83,8 @@ Geocoding makeGeocoding(const Document::AppSettings& settings) {
                                                                      "Roamly (app.roamly.Roamly)"),
                 requestsPerMinute};
     }
-    return {std::make_unique<Analysis::OfflineReverseGeocoder>(Analysis::dataFile("gazetteer.bin"))};
+    return {std::make_unique<Analysis::OfflineReverseGeocoder>(Analysis::dataFile("gazetteer.bin"),
+                                                               Analysis::dataFile("land-borders.bin"))};
 }
 
 std::filesystem::path geocodeCacheFile() {

@@ -1,5 +1,6 @@
 #include <PhotoSources/ImageDecoder.h>
 #include <Roamly/Platform/AppImageProvider.h>
+#include <Roamly/Platform/ProcessSetup.h>
 
 #include <exception>
 #include <utility>
@@ -27,7 +28,10 @@ std::optional<Foundation::Image> AppImageProvider::image(const ProjectModel::Pho
     try {
         if (const auto* file = std::get_if<ProjectModel::FilePhotoRef>(&ref)) {
             const auto path = m_resolver->resolvedFile(file->bookmark);
-            return path ? nonEmpty(PhotoSources::ImageDecoder::decode(*path, m_maxPixel)) : std::nullopt;
+            if (!path)
+                return std::nullopt;
+            preparePictures();
+            return nonEmpty(PhotoSources::ImageDecoder::decode(*path, m_maxPixel));
         }
         const auto& library = std::get<ProjectModel::LibraryPhotoRef>(ref);
         return m_libraryImage ? nonEmpty(m_libraryImage(library.localIdentifier, m_maxPixel)) : std::nullopt;

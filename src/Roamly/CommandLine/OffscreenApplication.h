@@ -7,12 +7,12 @@ namespace CommandLine {
 /// What text needs to be laid out: a graphics application without a display. Commands that draw make one
 /// before any worker thread starts and keep it while they run; the others do without, since it takes its
 /// time.
-class Drawing {
+class OffscreenApplication {
 public:
-    Drawing();
-    ~Drawing();
-    Drawing(const Drawing&) = delete;
-    Drawing& operator=(const Drawing&) = delete;
+    OffscreenApplication();
+    ~OffscreenApplication();
+    OffscreenApplication(const OffscreenApplication&) = delete;
+    OffscreenApplication& operator=(const OffscreenApplication&) = delete;
 
 private:
     struct State;

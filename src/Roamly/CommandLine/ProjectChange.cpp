@@ -1,6 +1,6 @@
 #include <Roamly/CommandLine/Counted.h>
+#include <Roamly/CommandLine/ProjectChange.h>
 #include <Roamly/CommandLine/ProjectOpening.h>
-#include <Roamly/CommandLine/Reviewing.h>
 #include <Roamly/Document/ReviewModel.h>
 
 namespace CommandLine {

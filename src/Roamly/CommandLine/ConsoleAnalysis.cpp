@@ -1,6 +1,6 @@
 #include <Foundation/Cancellation.h>
-#include <Roamly/CommandLine/Analyzing.h>
 #include <Roamly/CommandLine/Awaiting.h>
+#include <Roamly/CommandLine/ConsoleAnalysis.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/JsonForms.h>
 #include <Roamly/Platform/MachineAnalysis.h>

@@ -1,8 +1,8 @@
 #include <Foundation/Cancellation.h>
 #include <Roamly/CommandLine/Awaiting.h>
+#include <Roamly/CommandLine/ConsoleImport.h>
 #include <Roamly/CommandLine/Counted.h>
 #include <Roamly/CommandLine/Failures.h>
-#include <Roamly/CommandLine/Importing.h>
 #include <Roamly/CommandLine/JsonForms.h>
 #include <Roamly/Platform/MachineImport.h>
 

@@ -1,6 +1,6 @@
 #include <Foundation/DisplayText.h>
 #include <Roamly/CommandLine/Awaiting.h>
-#include <Roamly/CommandLine/Exporting.h>
+#include <Roamly/CommandLine/ConsoleExport.h>
 #include <Roamly/CommandLine/Failures.h>
 #include <Roamly/CommandLine/JsonForms.h>
 #include <Roamly/CommandLine/Values.h>

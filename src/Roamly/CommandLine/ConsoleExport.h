@@ -19,8 +19,8 @@ namespace CommandLine {
 [[nodiscard]] Export::ExportPreset exportPreset(const Arguments& arguments,
                                                 const Document::AppSettings& settings);
 
-/// Writes the movie with progress and says so. Returns the photos that are black in it. A `Drawing` must
-/// exist. Throws Failure, Interrupted.
+/// Writes the movie with progress and says so. Returns the photos that are black in it. A
+/// `OffscreenApplication` must exist. Throws Failure, Interrupted.
 [[nodiscard]] std::set<Foundation::Uuid>
 exportMovie(const ProjectModel::Project& project, const Document::AppSettings& settings,
             Export::ExportPreset preset, const std::filesystem::path& file, const Invocation& invocation);

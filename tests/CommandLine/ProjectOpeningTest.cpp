@@ -10,16 +10,16 @@ namespace fs = std::filesystem;
 namespace {
 
 /// Commands that work for long before they save.
-class ProjectSessionTest : public EndToEndTest {
+class ProjectOpeningTest : public EndToEndTest {
 protected:
-    ProjectSessionTest() {
+    ProjectOpeningTest() {
         makeProject();
         TestPhotos::write(program / "more/4.jpg", {.date = "2024:05:04 10:00:00"});
         fs::create_directory(program / "closed");
         fs::copy_file(program / "p.roamly", program / "closed/p.roamly");
         fs::permissions(program / "closed", fs::perms{0555});
     }
-    ~ProjectSessionTest() override { fs::permissions(program / "closed", fs::perms{0755}); }
+    ~ProjectOpeningTest() override { fs::permissions(program / "closed", fs::perms{0755}); }
 
     /// The whole of standard error of a run that did nothing else, not even begin.
     std::string refusal(std::vector<std::string> words) {
@@ -33,7 +33,7 @@ protected:
 
 } // namespace
 
-TEST_F(ProjectSessionTest, NothingLongIsBegunForAProjectInAFolderThatMayNotBeWritten) {
+TEST_F(ProjectOpeningTest, NothingLongIsBegunForAProjectInAFolderThatMayNotBeWritten) {
     const std::string before = text("closed/p.roamly");
     const std::string sentence = "roamly: The project “closed/p.roamly” can’t be saved: permission denied.\n";
     EXPECT_EQ(refusal({"analyze", "closed/p.roamly"}), sentence);
@@ -45,7 +45,7 @@ TEST_F(ProjectSessionTest, NothingLongIsBegunForAProjectInAFolderThatMayNotBeWri
     EXPECT_EQ(text("closed/p.roamly"), before);
 }
 
-TEST_F(ProjectSessionTest, NothingLongIsBegunForAWriteProtectedProject) {
+TEST_F(ProjectOpeningTest, NothingLongIsBegunForAWriteProtectedProject) {
     fs::permissions(program / "p.roamly", fs::perms{0444});
     const std::string before = text("p.roamly");
     const std::string sentence = "roamly: The project “p.roamly” can’t be saved: permission denied.\n";
@@ -56,18 +56,18 @@ TEST_F(ProjectSessionTest, NothingLongIsBegunForAWriteProtectedProject) {
     EXPECT_EQ(text("p.roamly"), before);
 }
 
-TEST_F(ProjectSessionTest, QuickCommandsSayTheSame) {
+TEST_F(ProjectOpeningTest, QuickCommandsSayTheSame) {
     EXPECT_EQ(refusal({"deselect", "closed/p.roamly", photoID(0)}),
               "roamly: The project “closed/p.roamly” can’t be saved: permission denied.\n");
 }
 
-TEST_F(ProjectSessionTest, AProjectThatMayNotBeWrittenCanStillBeExportedAndInspected) {
+TEST_F(ProjectOpeningTest, AProjectThatMayNotBeWrittenCanStillBeExportedAndInspected) {
     ASSERT_EQ(run({"settings", "photoDuration", "0.2"}).status, 0);
     EXPECT_EQ(run({"export", "closed/p.roamly", "-o", "m.mov"}).status, 0);
     EXPECT_EQ(run({"inspect", "timeline", "closed/p.roamly"}).status, 0);
 }
 
-TEST_F(ProjectSessionTest, NoMovieIsBegunWhereItCouldNotBeWritten) {
+TEST_F(ProjectOpeningTest, NoMovieIsBegunWhereItCouldNotBeWritten) {
     fs::permissions(program / "closed", fs::perms{0755});
     Foundation::writeFileAtomically(program / "closed/old.mov", "older movie");
     Foundation::writeFileAtomically(program / "kept.mov", "older movie");
@@ -90,7 +90,7 @@ TEST_F(ProjectSessionTest, NoMovieIsBegunWhereItCouldNotBeWritten) {
     EXPECT_EQ(text("kept.mov"), "older movie");
 }
 
-TEST_F(ProjectSessionTest, MakeRefusesToReplaceAPhotoBeforeItAnalyses) {
+TEST_F(ProjectOpeningTest, MakeRefusesToReplaceAPhotoBeforeItAnalyses) {
     fs::create_hard_link(program / "more/4.jpg", program / "photo.mov");
     const Ran ran = run({"make", "more", "-o", "photo.mov", "--json"});
     EXPECT_EQ(ran.status, 1);

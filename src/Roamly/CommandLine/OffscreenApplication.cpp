@@ -1,4 +1,4 @@
-#include <Roamly/CommandLine/Drawing.h>
+#include <Roamly/CommandLine/OffscreenApplication.h>
 
 #include <QGuiApplication>
 #include <array>
@@ -16,7 +16,7 @@ void showFatalMessages(QtMsgType type, const QMessageLogContext& /*context*/, co
 
 } // namespace
 
-struct Drawing::State {
+struct OffscreenApplication::State {
     // The application keeps references to both.
     std::array<char, 7> name{"roamly"};
     std::array<char*, 2> arguments{name.data(), nullptr};
@@ -24,13 +24,13 @@ struct Drawing::State {
     std::unique_ptr<QGuiApplication> application;
 };
 
-Drawing::Drawing()
+OffscreenApplication::OffscreenApplication()
     : m_state(std::make_unique<State>()) {
     qInstallMessageHandler(showFatalMessages);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     m_state->application = std::make_unique<QGuiApplication>(m_state->count, m_state->arguments.data());
 }
 
-Drawing::~Drawing() = default;
+OffscreenApplication::~OffscreenApplication() = default;
 
 } // namespace CommandLine

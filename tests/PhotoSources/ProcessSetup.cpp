@@ -1,0 +1,19 @@
+#include <PhotoSources/ProcessSetup.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// What the program does when it starts.
+class ProcessSetup : public testing::Environment {
+public:
+    void SetUp() override {
+        PhotoSources::prepareMetadata();
+        PhotoSources::prepareDecoding();
+    }
+};
+
+[[maybe_unused]] testing::Environment* const environment =
+    testing::AddGlobalTestEnvironment(new ProcessSetup);
+
+} // namespace

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "Sources.h"
+
+#include <string>
+
+namespace GazetteerBuilder {
+
+/// The file of land borders, made of OpenStreetMap's data alone.
+[[nodiscard]] std::string landBordersFile(const Sources& sources);
+
+} // namespace GazetteerBuilder
