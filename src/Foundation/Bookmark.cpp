@@ -1,4 +1,5 @@
 #include <Foundation/Bookmark.h>
+#include <Foundation/BookmarkedFile.h>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -301,6 +302,17 @@ std::optional<Bytes> makeBookmark(const fs::path& path) {
     if (!identity)
         return std::nullopt;
     return encoded({*identity, location->native()});
+}
+
+std::optional<BookmarkedFile> readBookmark(const Bytes& bookmark) {
+    if (const std::optional<Record> record = decoded(bookmark))
+        return BookmarkedFile{
+            record->path,
+            BookmarkedFile::Identity{record->identity.device, record->identity.inode, record->identity.size}};
+    const std::string_view text{reinterpret_cast<const char*>(bookmark.data()), bookmark.size()};
+    if (!text.starts_with('/') || text.find('\0') != std::string_view::npos || !isValidUtf8(text))
+        return std::nullopt;
+    return BookmarkedFile{normalised(fs::path{text}), std::nullopt};
 }
 
 std::optional<fs::path> BookmarkResolver::resolve(const Bytes& bookmark) {
