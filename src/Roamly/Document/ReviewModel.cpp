@@ -45,6 +45,14 @@ void ReviewModel::setSelection(bool isSelected, const std::set<Uuid>& ids) {
                      [&](Project& project) { project.userSetSelections(isSelected, ids); });
 }
 
+void ReviewModel::toggleSelections(const std::set<Uuid>& ids) {
+    const std::vector<PhotoItem>& all = m_document->project().photos;
+    const bool anyIsLeftOut = std::any_of(all.begin(), all.end(), [&](const PhotoItem& photo) {
+        return !photo.isSelected && ids.count(photo.id) > 0;
+    });
+    setSelection(anyIsLeftOut, ids);
+}
+
 void ReviewModel::setCaption(std::string_view text, const Uuid& id) {
     const std::optional<std::string> caption = usable(text);
     m_document->edit({"Edit Caption", "caption " + id.text()},
@@ -64,6 +72,26 @@ void ReviewModel::setPlace(const std::optional<std::string>& city, const std::op
 void ReviewModel::movePhotos(const std::set<std::size_t>& positions, std::size_t destination) {
     m_document->edit("Move " + photos(positions.size()),
                      [&](Project& project) { project.userMovePhotos(positions, destination); });
+}
+
+void ReviewModel::movePhotos(const std::set<Uuid>& ids, const Uuid& neighbour, bool isAfter) {
+    const std::vector<PhotoItem>& all = m_document->project().photos;
+    std::set<std::size_t> positions;
+    std::optional<std::size_t> destination;
+    for (std::size_t position = 0; position < all.size(); ++position) {
+        if (ids.count(all[position].id) > 0)
+            positions.insert(positions.end(), position);
+        if (!destination && all[position].id == neighbour)
+            destination = position + (isAfter ? 1 : 0);
+    }
+    if (positions.empty() || !destination)
+        return;
+    const std::size_t first = *positions.begin();
+    const std::size_t end = *positions.rbegin() + 1;
+    const bool isBlock = end - first == positions.size();
+    if (isBlock && *destination >= first && *destination <= end)
+        return;
+    movePhotos(positions, *destination);
 }
 
 void ReviewModel::sortByDate() {

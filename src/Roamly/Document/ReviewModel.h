@@ -23,6 +23,9 @@ public:
     void toggleSelection(const Foundation::Uuid& id);
     void setSelection(bool isSelected, const std::set<Foundation::Uuid>& ids);
 
+    /// Photos that are all in the film are left out; otherwise all of them come in.
+    void toggleSelections(const std::set<Foundation::Uuid>& ids);
+
     /// Stores the caption without white space at its ends; one that is nothing else clears the caption.
     void setCaption(std::string_view text, const Foundation::Uuid& id);
 
@@ -34,6 +37,10 @@ public:
     /// Moves the photos at the positions to before the one now at `destination` (the list's length means the
     /// end). From then on nothing sorts the photos any more. Positions must lie in the list.
     void movePhotos(const std::set<std::size_t>& positions, std::size_t destination);
+
+    /// Moves the photos to before, or after, another one of the list, which may be one of them. Photos that
+    /// stand there already are no step: the order stays what it was, made by hand or not.
+    void movePhotos(const std::set<Foundation::Uuid>& ids, const Foundation::Uuid& neighbour, bool isAfter);
 
     /// Takes the order made by hand back.
     void sortByDate();

@@ -73,6 +73,17 @@ std::optional<int> FlowLayout::sectionAt(int y) const {
     return std::max(0, static_cast<int>(after - m_sections.begin()) - 1);
 }
 
+std::optional<FlowLayout::StickyHeader> FlowLayout::stickyHeader(int offset) const {
+    const std::optional<int> section = sectionAt(offset);
+    if (!section)
+        return std::nullopt;
+    QRect area = header(*section);
+    area.moveTop(0);
+    if (*section + 1 < sectionCount())
+        area.moveTop(std::min(0, header(*section + 1).top() - offset - area.height()));
+    return StickyHeader{*section, area};
+}
+
 std::optional<int> FlowLayout::rowAt(const QPoint& point) const {
     const auto rows = rowsIn({point, QSize{1, 1}});
     return rows.empty() ? std::nullopt : std::optional{rows.front().first};

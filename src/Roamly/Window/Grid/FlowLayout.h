@@ -39,6 +39,7 @@ public:
     [[nodiscard]] int columns() const { return m_columns; }
     /// The width and height of the square tiles.
     [[nodiscard]] int tileSide() const { return m_side; }
+    [[nodiscard]] int headerHeight() const { return m_metrics.headerHeight; }
     [[nodiscard]] int contentHeight() const { return m_height; }
     [[nodiscard]] int rowCount() const { return m_rowCount; }
 
@@ -49,6 +50,13 @@ public:
     /// The section whose header or cells lie at that height; nothing where there are no sections.
     [[nodiscard]] std::optional<int> sectionAt(int y) const;
     [[nodiscard]] int sectionOf(int row) const;
+    /// The header that stays on top of a viewport scrolled that far, and where in the viewport it is: the
+    /// next one pushes it away. Nothing where there is no section.
+    struct StickyHeader {
+        int section;
+        QRect area;
+    };
+    [[nodiscard]] std::optional<StickyHeader> stickyHeader(int offset) const;
     /// First row and one past the last.
     [[nodiscard]] std::pair<int, int> rowsOf(int section) const;
 
@@ -57,6 +65,8 @@ public:
     /// Rows whose cells touch the rectangle, as ranges of first and last, ascending.
     [[nodiscard]] std::vector<std::pair<int, int>> rowsIn(const QRect& rectangle) const;
 
+    /// From the top of one line to that of the next.
+    [[nodiscard]] int lineHeight() const;
     /// The row `lines` lines below (above, where negative) in about the same column; the first or last row
     /// beyond the ends.
     [[nodiscard]] int rowAcross(int row, int lines) const;
@@ -83,7 +93,6 @@ private:
         int lines;
     };
 
-    [[nodiscard]] int lineHeight() const;
     [[nodiscard]] int linesTop(const Block& block) const { return block.top + m_metrics.headerHeight; }
     [[nodiscard]] int columnX(int column) const;
     /// The column, between 0 and the last, whose cell or the gap after it holds x.

@@ -1,9 +1,11 @@
 #include <Roamly/Window/Grid/PhotoDrag.h>
 #include <Roamly/Window/Theme/Colours.h>
 
+#include <QDrag>
 #include <QFontMetrics>
 #include <QMimeData>
 #include <QPainter>
+#include <QWidget>
 #include <algorithm>
 #include <optional>
 
@@ -39,6 +41,15 @@ std::vector<Uuid> photos(const QMimeData& data) {
             result.push_back(*photo);
     }
     return result;
+}
+
+void run(QWidget& from, const std::vector<Uuid>& photos, const QPixmap& picture) {
+    // Qt deletes it.
+    auto* drag = new QDrag{&from};
+    drag->setMimeData(mimeData(photos).release());
+    drag->setPixmap(picture);
+    drag->setHotSpot({24, 24});
+    drag->exec(Qt::MoveAction, Qt::MoveAction);
 }
 
 QPixmap picture(const QPixmap& tile, std::size_t count, const Theme::Colours& colours, const QFont& font,

@@ -9,6 +9,7 @@
 
 class QFont;
 class QMimeData;
+class QWidget;
 
 namespace Theme {
 struct Colours;
@@ -21,6 +22,9 @@ namespace Grid::PhotoDrag {
 [[nodiscard]] bool holdsPhotos(const QMimeData& data);
 /// Nothing for data of another kind.
 [[nodiscard]] std::vector<Foundation::Uuid> photos(const QMimeData& data);
+
+/// Lets the user drag the photos from the widget; returns when they were dropped.
+void run(QWidget& from, const std::vector<Foundation::Uuid>& photos, const QPixmap& picture);
 
 /// The picture of the photo the drag began at, over sheets that stand for the others, with their number.
 [[nodiscard]] QPixmap picture(const QPixmap& tile, std::size_t count, const Theme::Colours& colours,

@@ -1,9 +1,11 @@
 #pragma once
 
-#include <ProjectModel/PhotoItem.h>
-
 #include <QString>
 #include <QStringList>
+
+namespace ProjectModel {
+struct PhotoItem;
+}
 
 namespace Grid {
 

@@ -4,6 +4,7 @@
 #include <Roamly/Window/Grid/CellAreas.h>
 #include <Roamly/Window/Grid/Choice.h>
 #include <Roamly/Window/Grid/FlowLayout.h>
+#include <Roamly/Window/Grid/KeyGestures.h>
 #include <Roamly/Window/Grid/PointerGestures.h>
 #include <Roamly/Window/Grid/ThumbnailFeed.h>
 #include <Roamly/Window/Grid/TilePictures.h>
@@ -41,10 +42,12 @@ public:
     [[nodiscard]] std::vector<Foundation::Uuid> chosen() const { return m_choice->chosen(); }
     [[nodiscard]] std::optional<Foundation::Uuid> current() const;
     /// Makes the photo current, selects it alone and brings it into view.
-    void show(const Foundation::Uuid& photo);
+    void goTo(const Foundation::Uuid& photo);
     /// Selects all photos under the header of the current one.
     void chooseCurrentSection();
     void editCurrentCaption();
+    /// Hands on a caption that is being typed, before something that needs it.
+    void finishEditing();
 
     // What gestures do.
 
@@ -56,17 +59,18 @@ public:
     [[nodiscard]] Hit hit(const QPoint& point) const;
     [[nodiscard]] QPoint toContent(const QPoint& point) const;
     [[nodiscard]] Choice& choice() { return *m_choice; }
+    [[nodiscard]] CellAreas areasOf(int row) const;
     void hover(const QPoint& point);
     void scrollNear(const QPoint& point);
     void stopScrolling();
+    /// Esc: a frame that is drawn, else what is chosen. Whether there was either.
+    bool giveUp();
     void editCaption(int row);
-    void decide(int row);
-    void askForLoupe(int row);
-    void askForGroup(int row);
     /// Lets the user drag the chosen photos, beginning at a row.
     void drag(int row);
 
     [[nodiscard]] const FlowLayout& flowLayout() const;
+    [[nodiscard]] const PhotoListModel& photos() const { return *m_photos; }
 
     [[nodiscard]] QRect visualRect(const QModelIndex& index) const override;
     [[nodiscard]] QModelIndex indexAt(const QPoint& point) const override;
@@ -111,12 +115,12 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
-    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override { m_pointer.press(*event); }
+    void mouseMoveEvent(QMouseEvent* event) override { m_pointer.move(*event); }
+    void mouseReleaseEvent(QMouseEvent* event) override { m_pointer.release(*event); }
+    void mouseDoubleClickEvent(QMouseEvent* event) override { m_pointer.doubleClick(*event); }
     void wheelEvent(QWheelEvent* event) override;
-    void contextMenuEvent(QContextMenuEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override { m_pointer.askForMenu(*event); }
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
@@ -125,24 +129,13 @@ protected:
 private:
     void relayout();
     void keepInSight();
-    void paintCells(QPainter& painter, const QRect& area);
-    void paintHeaders(QPainter& painter, const QRect& area);
-    void paintOverlays(QPainter& painter);
-    /// The header that stays on top and where it is now, in the viewport; nothing where there is no section.
-    struct StickyHeader {
-        int section;
-        QRect area;
-    };
-    [[nodiscard]] std::optional<StickyHeader> stickyHeader() const;
     void tellVisiblePhotos();
-    void showToolTip(const QHelpEvent& event);
-    [[nodiscard]] CellAreas areasOf(int row) const;
-    [[nodiscard]] int pageOfLines() const;
 
     PhotoListModel* m_photos;
     ThumbnailFeed* m_feed;
     TilePictures m_pictures;
     PointerGestures m_pointer{*this};
+    KeyGestures m_keys{*this};
     EdgeScroll* m_edgeScroll;
     DropZone* m_dropZone;
     std::optional<Choice> m_choice;

@@ -1,8 +1,12 @@
 #include <Roamly/Window/Grid/PhotoGridView.h>
+#include <Roamly/Window/Grid/PhotoListModel.h>
 #include <Roamly/Window/Grid/PointerGestures.h>
 
 #include <QApplication>
+#include <QContextMenuEvent>
+#include <QHelpEvent>
 #include <QMouseEvent>
+#include <QToolTip>
 
 namespace Grid {
 
@@ -81,11 +85,11 @@ void PointerGestures::release(const QMouseEvent& event) {
         m_view->editCaption(row);
         break;
     case Pending::decide:
-        m_view->decide(row);
+        Q_EMIT m_view->decisionToggled({m_view->photos().id(row)});
         break;
     case Pending::compare:
         m_view->choice().choose(row, Qt::NoModifier);
-        m_view->askForGroup(row);
+        Q_EMIT m_view->groupRequested(m_view->photos().id(row));
         break;
     case Pending::frame:
     case Pending::nothing:
@@ -103,7 +107,49 @@ void PointerGestures::doubleClick(const QMouseEvent& event) {
         return;
     }
     cancel();
-    m_view->askForLoupe(hit.row);
+    Q_EMIT m_view->loupeRequested(m_view->photos().id(hit.row));
+}
+
+void PointerGestures::askForMenu(QContextMenuEvent& event) {
+    QPoint where = event.globalPos();
+    if (event.reason() == QContextMenuEvent::Keyboard) {
+        const QModelIndex current = m_view->currentIndex();
+        if (!current.isValid())
+            return;
+        m_view->scrollTo(current);
+        where = m_view->viewport()->mapToGlobal(m_view->visualRect(current).center());
+    } else {
+        const PhotoGridView::Hit hit = m_view->hit(event.pos());
+        if (hit.section >= 0) {
+            const auto [first, end] = m_view->flowLayout().rowsOf(hit.section);
+            m_view->choice().chooseRange(first, end - 1, Qt::NoModifier);
+        } else if (hit.row < 0) {
+            return;
+        } else if (!m_view->choice().isChosen(hit.row)) {
+            m_view->choice().choose(hit.row, Qt::NoModifier);
+        }
+    }
+    event.accept();
+    if (!m_view->choice().chosenOrCurrent().empty())
+        Q_EMIT m_view->menuRequested(where);
+}
+
+void PointerGestures::showToolTip(const QHelpEvent& event) {
+    const PhotoGridView::Hit hit = m_view->hit(event.pos());
+    QString text;
+    if (hit.part == Part::approximate)
+        text = QStringLiteral("Approximate location (inferred)");
+    else if (hit.part == Part::stack)
+        text = QStringLiteral("Part of a duplicate group");
+    else if (hit.part == Part::missing)
+        text = QStringLiteral("The photo’s file is missing");
+    else if (hit.part == Part::check)
+        text = m_view->photos().photo(hit.row).isSelected ? QStringLiteral("In the film")
+                                                          : QStringLiteral("Left out");
+    else if (hit.part == Part::caption)
+        text = QString::fromStdString(m_view->photos().photo(hit.row).caption.value_or(std::string{}))
+                   .toHtmlEscaped();
+    QToolTip::showText(event.globalPos(), text, m_view->viewport());
 }
 
 void PointerGestures::followScroll() {

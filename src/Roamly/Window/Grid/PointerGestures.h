@@ -4,6 +4,8 @@
 #include <QRect>
 #include <optional>
 
+class QContextMenuEvent;
+class QHelpEvent;
 class QMouseEvent;
 
 namespace Grid {
@@ -21,6 +23,9 @@ public:
     void move(const QMouseEvent& event);
     void release(const QMouseEvent& event);
     void doubleClick(const QMouseEvent& event);
+    /// By the pointer or by the menu key.
+    void askForMenu(QContextMenuEvent& event);
+    void showToolTip(const QHelpEvent& event);
     /// The content moved under the pointer that draws a frame.
     void followScroll();
     /// Gives up what is under way.
