@@ -1,6 +1,7 @@
 #include "EndToEndTest.h"
 
 #include <Foundation/AtomicFile.h>
+
 #include <Support/TestPhotos.h>
 
 #include <filesystem>
