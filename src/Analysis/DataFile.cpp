@@ -12,8 +12,13 @@ std::filesystem::path dataFile(std::string_view name) {
     std::error_code error;
     std::vector<std::filesystem::path> shares;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (!error)
-        shares.push_back(program.parent_path().parent_path() / "share");
+    if (!error) {
+        // The program lies in bin/, the window in lib/roamly/.
+        const auto above = program.parent_path().parent_path();
+        shares.push_back(above / "share");
+        if (above.filename() == "lib")
+            shares.push_back(above.parent_path() / "share");
+    }
     const char* folders = std::getenv("XDG_DATA_DIRS");
     std::istringstream list(folders && *folders ? folders : "/usr/local/share:/usr/share");
     for (std::string folder; std::getline(list, folder, ':');) {

@@ -22,4 +22,20 @@ void checkMusic(const std::filesystem::path& file, const std::stop_token& stop) 
     }
 }
 
+double musicSeconds(const std::filesystem::path& file, const std::stop_token& stop) {
+    Libav::silenceLog();
+    MusicReader reader(file, stop);
+    std::size_t heard = 0;
+    std::vector<StereoSample> samples;
+    bool hasMore = true;
+    while (hasMore) {
+        samples.clear();
+        hasMore = reader.read(samples);
+        heard += samples.size();
+    }
+    if (stop.stop_requested())
+        throw ExportError(ExportError::Kind::cancelled);
+    return static_cast<double>(heard) / audioSampleRate;
+}
+
 } // namespace Export

@@ -16,12 +16,24 @@ class DispatchTest : public EndToEndTest {};
 
 } // namespace
 
-TEST_F(DispatchTest, AloneItTellsWhatItCanDo) {
-    const Ran ran = run({});
+TEST_F(DispatchTest, TheHelpTellsWhatItCanDo) {
+    const Ran ran = run({"--help"});
     EXPECT_EQ(ran.status, 0);
     EXPECT_NE(ran.out.find("roamly make"), std::string::npos);
-    EXPECT_EQ(ran.out, run({"--help"}).out);
     EXPECT_EQ(ran.err, "");
+}
+
+TEST_F(DispatchTest, WithoutADisplayOneSentenceTellsThatThereIsNoWindow) {
+    makeProject();
+    for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+             {}, {"p.roamly"}, {"trip"}, {"p.roamly", "trip"}, {"play", "p.roamly", "--from", "3"}}) {
+        const Ran ran = run(words);
+        EXPECT_EQ(ran.status, 1);
+        EXPECT_EQ(ran.out, "");
+        EXPECT_EQ(ran.err,
+                  "roamly: There is no display to open a window on; “roamly --help” lists what works "
+                  "without one.\n");
+    }
 }
 
 TEST_F(DispatchTest, TheVersionIsNamed) {
@@ -118,12 +130,33 @@ TEST_F(DispatchTest, UnknownCommandsAndOptionsAreMisuseWithTheNearestName) {
     EXPECT_NE(run({"export", "p", "--outputt", "x"}).err.find("Did you mean --output?"), std::string::npos);
 }
 
-TEST_F(DispatchTest, AProjectAloneIsExplainedSinceThereIsNoWindow) {
-    const Ran ran = run({"Lisbon.roamly"});
-    EXPECT_EQ(ran.status, 2);
-    EXPECT_EQ(ran.out, "");
-    EXPECT_NE(ran.err.find("no window"), std::string::npos) << ran.err;
-    EXPECT_NE(ran.err.find("roamly make"), std::string::npos) << ran.err;
+TEST_F(DispatchTest, TheWindowIsAProgramOfItsOwnBesideThisOne) {
+    namespace fs = std::filesystem;
+    makeProject();
+    fs::create_directories(program / "bin");
+    fs::create_directories(program / "lib/roamly");
+    fs::copy_file(ROAMLY_PROGRAM, program / "bin/roamly");
+    program.setProgram(program / "bin/roamly");
+    program.setEnvironment("LD_LIBRARY_PATH", ROAMLY_LIBRARIES);
+    program.setEnvironment("DISPLAY", ":77");
+    expectFailure(1, {"p.roamly"});
+
+    const fs::path window = program / "lib/roamly/roamly-window";
+    std::ofstream{window} << "#!/bin/sh\nprintf '%s|' \"$@\"\n";
+    fs::permissions(window, fs::perms::owner_all);
+    EXPECT_EQ(run({}).out, "|");
+    EXPECT_EQ(run({"p.roamly", "trip"}).out, "p.roamly|trip|");
+    EXPECT_EQ(run({"--", "-odd.roamly"}).out, "-odd.roamly|");
+    EXPECT_EQ(run({"play", "p.roamly", "--window", "--from", "2.5"}).out,
+              "--play|--from=2.5|--window|--|p.roamly|");
+}
+
+TEST_F(DispatchTest, FilesToOpenTakeNoOptionsAndMustBeThere) {
+    makeProject();
+    expectFailure(2, {"p.roamly", "--bogus"});
+    expectFailure(2, {"p.roamly", "nothing-there"});
+    expectFailure(1, {"play", "nothing-there.roamly"});
+    expectFailure(2, {"play", "p.roamly", "--from", "-1"});
 }
 
 TEST_F(DispatchTest, EveryCommandWithoutArgumentsIsMisuseExceptSettings) {

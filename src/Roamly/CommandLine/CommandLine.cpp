@@ -7,6 +7,7 @@
 #include <Roamly/CommandLine/Help.h>
 #include <Roamly/CommandLine/Interruption.h>
 #include <Roamly/CommandLine/ManualPage.h>
+#include <Roamly/CommandLine/OpenWindow.h>
 #include <Roamly/CommandLine/Prompt.h>
 #include <Roamly/CommandLine/Suggestion.h>
 #include <Roamly/CommandLine/Version.h>
@@ -99,7 +100,6 @@ int runCommand(const Command& command, const std::vector<std::string>& words) {
     }
 }
 
-/// What an argument that is no command was meant as: there is no window yet that could open a project.
 bool asksForLicences(const std::string& word) {
     return word == "--licences" || word == "--licenses";
 }
@@ -116,6 +116,23 @@ int tellVersion(const std::vector<std::string>& words) {
     return ExitStatus::done;
 }
 
+/// A project, also one that is not there, or photos: the window opens them or says why not.
+bool namesFile(const std::string& word) {
+    std::error_code ignored;
+    return std::filesystem::path{word}.extension() == ".roamly" || std::filesystem::exists(word, ignored);
+}
+
+int openFiles(const std::vector<std::string>& words) {
+    for (const std::string& word : words) {
+        if (word.starts_with("-"))
+            return failMisuse("There is no option " + word + " beside files to open.", "roamly --help");
+        if (!namesFile(word))
+            return failMisuse("There is no file “" + word + "”.", "roamly --help");
+    }
+    return openWindow(words);
+}
+
+/// What an argument that is no command was meant as.
 int failUnknownCommand(const std::vector<std::string>& words) {
     const std::string& word = words[0];
     if (isGroup(word)) {
@@ -127,12 +144,6 @@ int failUnknownCommand(const std::vector<std::string>& words) {
     }
     if (word.starts_with("-"))
         return failMisuse("There is no option " + word + ".", "roamly --help");
-    std::error_code ignored;
-    if (std::filesystem::path{word}.extension() == ".roamly" || std::filesystem::exists(word, ignored)) {
-        printFailure("“" + word + "” is not a command, and there is no window to open it in.");
-        Console{false}.warn("\n" + overview());
-        return ExitStatus::misuse;
-    }
     return failMisuse("There is no command “" + word + "”." + suggestion(word, names({})), "roamly --help");
 }
 
@@ -141,7 +152,9 @@ int failUnknownCommand(const std::vector<std::string>& words) {
 int run(int argumentCount, char* arguments[]) {
     const std::vector<std::string> words(arguments + std::min(1, argumentCount), arguments + argumentCount);
     try {
-        if (words.empty() || words[0] == "--help" || words[0] == "-h") {
+        if (words.empty())
+            return openWindow({});
+        if (words[0] == "--help" || words[0] == "-h") {
             Console{false}.raw(overview());
             return ExitStatus::done;
         }
@@ -163,6 +176,13 @@ int run(int argumentCount, char* arguments[]) {
             Console{false}.raw(groupHelp(words[0]));
             return ExitStatus::done;
         }
+        // As the menu entries of the desktop ask; they are for no one to type.
+        if (words.size() == 1 && (words[0] == "--new" || words[0] == "--choose-and-play"))
+            return openWindow(words);
+        if (words[0] == "--")
+            return openWindow({words.begin() + 1, words.end()});
+        if (!isGroup(words[0]) && namesFile(words[0]))
+            return openFiles(words);
         return failUnknownCommand(words);
     } catch (const std::exception& error) {
         printFailure(error.what());

@@ -25,6 +25,7 @@ std::span<const Command> commands() {
         settingsKeyCommand(),
         settingsTestCommand(),
         exportCommand(),
+        playCommand(),
         inspectProjectCommand(),
         inspectTimelineCommand(),
         inspectStateCommand(),

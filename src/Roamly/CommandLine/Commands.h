@@ -29,6 +29,7 @@ namespace CommandLine {
 [[nodiscard]] Command analyzeCommand();
 [[nodiscard]] Command captionCommand();
 [[nodiscard]] Command exportCommand();
+[[nodiscard]] Command playCommand();
 [[nodiscard]] Command inspectProjectCommand();
 [[nodiscard]] Command inspectTimelineCommand();
 [[nodiscard]] Command inspectStateCommand();

@@ -145,7 +145,11 @@ std::string overview() {
     std::ostringstream out;
     out << "Roamly turns a pile of holiday photos into a slideshow film.\n"
            "\n"
-           "In one go:\n"
+           "In a window, where you import, review, caption, play and export:\n"
+           "  roamly\n"
+           "  roamly Lisbon.roamly\n"
+           "\n"
+           "In one go, without a window:\n"
            "  roamly make ~/Pictures/Lisbon -o Lisbon.mov --music song.mp3\n"
            "\n"
            "Step by step, with a project in which you review the photos before the film is made:\n"

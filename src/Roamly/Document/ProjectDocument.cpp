@@ -60,6 +60,15 @@ void ProjectDocument::markSaved() {
     m_unsavedRefreshes.clear();
 }
 
+void ProjectDocument::markSaved(const ProjectModel::Project& written) {
+    m_saved = written;
+    // Those that came meanwhile are no modification either; they are written with the next save.
+    m_saved.refreshPhotos(ProjectModel::PhotoRefreshes{m_unsavedRefreshes});
+    if (m_saved == written)
+        m_unsavedRefreshes.clear();
+    m_isModified.reset();
+}
+
 void ProjectDocument::refresh(const std::vector<ProjectModel::PhotoRefresh>& refreshes) {
     refuseWhileTelling();
     const ProjectModel::PhotoRefreshes found{refreshes};

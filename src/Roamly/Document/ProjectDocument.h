@@ -57,6 +57,8 @@ public:
     [[nodiscard]] const ProjectModel::Project& saved() const { return m_saved; }
     /// The project was written as it is.
     void markSaved();
+    /// The project was written as it was a moment ago.
+    void markSaved(const ProjectModel::Project& written);
 
     /// Takes in where photos' pixels were found: no step and no modification, and no step leads back to what
     /// was known before. Listeners are told.

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace CommandLine {
+
+/// Becomes the program with the window, with these words after its name, and returns only when it cannot:
+/// then it has told why and gives the exit status. Commands do not pay for the window's libraries that way.
+[[nodiscard]] int openWindow(const std::vector<std::string>& words);
+
+} // namespace CommandLine

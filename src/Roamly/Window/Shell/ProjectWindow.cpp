@@ -1,0 +1,355 @@
+#include <Foundation/DisplayText.h>
+#include <Roamly/Document/CaptionProvider.h>
+#include <Roamly/Document/FilmSummary.h>
+#include <Roamly/Document/PlaybackSettings.h>
+#include <Roamly/Window/Shell/EmptyState.h>
+#include <Roamly/Window/Shell/IssueStrip.h>
+#include <Roamly/Window/Shell/MainToolBar.h>
+#include <Roamly/Window/Shell/Menus.h>
+#include <Roamly/Window/Shell/Notices.h>
+#include <Roamly/Window/Shell/ProjectWindow.h>
+#include <Roamly/Window/Shell/Questions.h>
+#include <Roamly/Window/Shell/ReviewArea.h>
+#include <Roamly/Window/Shell/StatusLine.h>
+#include <Roamly/Window/Shell/WindowCommands.h>
+#include <Roamly/Window/Shell/WorkStrip.h>
+
+#include <QCloseEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStackedWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <array>
+
+namespace Shell {
+
+namespace {
+
+constexpr std::array allWork{WorkKind::importing, WorkKind::analysis, WorkKind::captions,
+                             WorkKind::exportMovie};
+
+QStringList texts(const std::vector<std::string>& sentences) {
+    QStringList list;
+    for (const std::string& sentence : sentences)
+        list << QString::fromStdString(sentence);
+    return list;
+}
+
+} // namespace
+
+ProjectWindow::ProjectWindow(const WindowServices& services)
+    : ProjectWindow(services, services.recovery) {}
+
+ProjectWindow::ProjectWindow(const WindowServices& services, const MakeRecoveryPlace& recovery)
+    : m_services(services)
+    , m_flow(m_document, questionsOver(this, services.choosers))
+    , m_recovery(m_document, recovery([this] { return m_flow.file().path(); }))
+    , m_subscription(m_document.addListener([this](const Document::ProjectDifference&) {
+        m_recovery.update();
+        m_refresh.start();
+    }))
+    , m_work(services.engines) {
+    m_refresh.setSingleShot(true);
+    m_refresh.setInterval(0);
+    build();
+    connectParts();
+    showDocument();
+}
+
+ProjectWindow::~ProjectWindow() = default;
+
+void ProjectWindow::build() {
+    setMinimumSize(1024, 640);
+    resize(1280, 800);
+    setAcceptDrops(true);
+    m_toolBar = new MainToolBar(m_actions, this);
+    addToolBar(m_toolBar);
+    fillMenuBar(*menuBar(), m_actions, [this](QMenu& menu) { fillRecent(menu); });
+    for (const auto& [intent, action] : m_actions.all())
+        addAction(action);
+
+    m_review = new ReviewArea(m_document);
+    m_empty = new EmptyState;
+    m_pages = new QStackedWidget;
+    m_pages->addWidget(m_empty);
+    m_pages->addWidget(m_review);
+    m_workStrip = new WorkStrip(m_services.now);
+    m_issues = new IssueStrip(QStringLiteral("Issues"), QStringLiteral("Try Again"));
+    m_waiting = new IssueStrip(QStringLiteral("Waiting"), QStringLiteral("Cancel"));
+    m_status = new StatusLine;
+
+    auto* const content = new QWidget;
+    auto* const layout = new QVBoxLayout(content);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_pages, 1);
+    layout->addWidget(m_workStrip);
+    layout->addWidget(m_waiting);
+    layout->addWidget(m_issues);
+    layout->addWidget(m_status);
+    setCentralWidget(content);
+    m_notices = new Notices(m_pages);
+    m_commands = new WindowCommands(*this, m_document, m_work, m_services);
+}
+
+void ProjectWindow::connectParts() {
+    connect(&m_actions, &Actions::wanted, this, &ProjectWindow::carryOut);
+    connect(&m_refresh, &QTimer::timeout, this, &ProjectWindow::showDocument);
+    connect(&m_flow, &DocumentFlow::changed, this, [this] {
+        showTitle();
+        showWaiting();
+        showSituation();
+    });
+    connect(&m_flow, &DocumentFlow::loaded, this, &ProjectWindow::showDocument);
+    connect(&m_flow, &DocumentFlow::loaded, &m_recovery, &RecoveryKeeper::update);
+    connect(&m_flow, &DocumentFlow::leavingRefused, this, &ProjectWindow::closingRefused);
+    connect(&m_flow, &DocumentFlow::noticed, this, &ProjectWindow::notice);
+    const auto remember = [this] {
+        if (const auto& path = m_flow.file().path())
+            m_services.addRecentProject(*path);
+    };
+    connect(&m_flow, &DocumentFlow::loaded, this, remember);
+    connect(&m_flow, &DocumentFlow::saved, this, [this, remember] {
+        remember();
+        m_recovery.update();
+        showDocument();
+    });
+
+    connect(&m_musicLength, &MusicLength::changed, this, &ProjectWindow::showSummary);
+    connect(m_review, &ReviewArea::markedChanged, this, &ProjectWindow::showSituation);
+    connect(m_review, &ReviewArea::wanted, this, &ProjectWindow::carryOut);
+    connect(m_empty, &EmptyState::importWanted, this, [this] { carryOut(Intent::importFolder); });
+    connect(m_empty, &EmptyState::openWanted, this, &ProjectWindow::openWanted);
+    connect(m_commands, &WindowCommands::noticed, this, &ProjectWindow::notice);
+
+    connect(&m_work, &Work::changed, this, &ProjectWindow::showWork);
+    connect(&m_work, &Work::ended, this, &ProjectWindow::finishWork);
+    connect(&m_work, &Work::begun, this, [this](WorkKind kind) {
+        if (kind == WorkKind::exportMovie)
+            m_awake = m_services.keepAwake(QStringLiteral("Exporting a movie"));
+    });
+    connect(m_workStrip, &WorkStrip::cancelled, &m_work, &Work::cancel);
+    connect(m_waiting, &IssueStrip::remedyWanted, &m_flow, &DocumentFlow::stopWaiting);
+    connect(m_waiting, &IssueStrip::dismissed, &m_flow, &DocumentFlow::stopWaiting);
+    connect(m_issues, &IssueStrip::remedyWanted, m_commands, &WindowCommands::analyze);
+    connect(m_issues, &IssueStrip::dismissed, m_issues, &QWidget::hide);
+}
+
+void ProjectWindow::importPhotos(const Paths& folders) {
+    m_commands->importPhotos(folders);
+}
+
+void ProjectWindow::notice(const QString& text) {
+    if (!text.isEmpty())
+        m_notices->show(text);
+}
+
+void ProjectWindow::carryOut(Intent intent) {
+    switch (intent) {
+    case Intent::newProject:
+        return Q_EMIT newWanted();
+    case Intent::open:
+        return m_services.choosers.project(
+            this, [this](const std::filesystem::path& path) { Q_EMIT openWanted(path); });
+    case Intent::save:
+        return m_flow.save();
+    case Intent::saveAs:
+        return m_flow.saveAs();
+    case Intent::revert:
+        return m_flow.revert();
+    case Intent::importFolder:
+        return m_services.choosers.foldersToImport(this,
+                                                   [this](const Paths& folders) { importPhotos(folders); });
+    case Intent::close:
+        return static_cast<void>(close());
+    case Intent::quit:
+        return Q_EMIT quitWanted();
+    case Intent::undo:
+        return m_document.undo();
+    case Intent::redo:
+        return m_document.redo();
+    case Intent::selectAll:
+        return m_review->selectAll();
+    case Intent::selectNone:
+        return m_review->selectNone();
+    case Intent::toggleInFilm:
+        return m_commands->toggleInFilm(m_review->marked());
+    case Intent::remove:
+        return m_commands->remove(m_review->marked());
+    case Intent::regenerateCaption:
+        return m_commands->regenerateCaption(*m_review->marked().begin());
+    case Intent::showInFiles:
+        return m_commands->showInFiles(*m_review->marked().begin());
+    case Intent::sortByDate:
+        return m_commands->sortByDate();
+    case Intent::analyze:
+        return m_commands->analyze();
+    case Intent::generateCaptions:
+        return m_commands->generateCaptions();
+    case Intent::resetAnalysis:
+        return m_commands->resetAnalysis();
+    case Intent::chooseMusic:
+        return m_commands->chooseMusic();
+    case Intent::noMusic:
+        return m_commands->removeMusic();
+    case Intent::play:
+        return Q_EMIT playWanted();
+    case Intent::fullScreen:
+        return setWindowState(windowState() ^ Qt::WindowFullScreen);
+    case Intent::importAlbum:
+    case Intent::find:
+    case Intent::settings:
+    case Intent::editCaption:
+    case Intent::setPlace:
+    case Intent::captionPrompt:
+    case Intent::locateMissing:
+    case Intent::manageSources:
+    case Intent::exportMovie:
+    case Intent::projectSettings:
+    case Intent::details:
+    case Intent::largerPhotos:
+    case Intent::smallerPhotos:
+    case Intent::help:
+    case Intent::shortcuts:
+    case Intent::about:
+        return;
+    }
+}
+
+void ProjectWindow::showDocument() {
+    const bool hasPhotos = !m_document.project().photos.empty();
+    if (!hasPhotos)
+        m_empty->setRecentProjects(m_services.recentProjects());
+    m_pages->setCurrentWidget(hasPhotos ? static_cast<QWidget*>(m_review) : m_empty);
+    m_musicLength.follow(m_document.project());
+    showTitle();
+    showSituation();
+    showSummary();
+}
+
+void ProjectWindow::showTitle() {
+    setWindowTitle(m_flow.name() + QStringLiteral("[*] — Roamly"));
+    setWindowModified(m_flow.isModified());
+    if (const auto& path = m_flow.file().path())
+        setWindowFilePath(QString::fromStdString(path->string()));
+    // Its own title holds over the one that the path would give.
+    setWindowTitle(m_flow.name() + QStringLiteral("[*] — Roamly"));
+}
+
+void ProjectWindow::showWaiting() {
+    QStringList waiting;
+    if (m_flow.file().state().isWaiting)
+        waiting << QStringLiteral("Waiting for another program that is using “%1”.").arg(m_flow.name());
+    m_waiting->show(waiting, true);
+}
+
+void ProjectWindow::showSummary() {
+    const Timeline::EffectiveSettings settings =
+        Document::effectiveSettings(m_document.project().settings, m_services.settings());
+    m_status->setText(QString::fromStdString(
+        Document::describe(Document::summarize(m_document.project(), settings, m_musicLength.seconds()))));
+}
+
+Situation ProjectWindow::situation() const {
+    const ProjectModel::Project& project = m_document.project();
+    const Document::AppSettings user = m_services.settings();
+    Situation now;
+    now.photos = project.photos.size();
+    for (const ProjectModel::PhotoItem& photo : project.photos) {
+        now.selected += photo.isSelected ? 1 : 0;
+        now.missing += photo.isMissing ? 1 : 0;
+    }
+    now.marked = m_review->marked().size();
+    now.undoName = m_document.undoName();
+    now.redoName = m_document.redoName();
+    now.isModified = m_flow.isModified();
+    now.hasFile = m_flow.file().path().has_value();
+    now.usesManualOrder = project.usesManualOrder;
+    now.hasSources = !project.sources.empty();
+    now.hasMusic = project.music.has_value();
+    now.allowsAICaptions = Document::allowsAICaptions(project.settings, user);
+    now.captionsHelp = Document::generateCaptionsHelp(project.settings, user);
+    now.isImporting = m_work.isRunning(WorkKind::importing);
+    now.isAnalyzing = m_work.isRunning(WorkKind::analysis);
+    now.isCaptioning = m_work.isRunning(WorkKind::captions);
+    now.isExporting = m_work.isRunning(WorkKind::exportMovie);
+    return now;
+}
+
+void ProjectWindow::showSituation() {
+    m_actions.show(situation());
+}
+
+void ProjectWindow::showWork(WorkKind kind) {
+    m_workStrip->show(kind, m_work.row(kind));
+    if (kind == WorkKind::analysis) {
+        const auto& state = m_work.analysis().state();
+        m_issues->show(texts(state.issues), state.canRetry);
+    }
+    m_refresh.start();
+}
+
+void ProjectWindow::finishWork(WorkKind kind) {
+    QString text;
+    switch (kind) {
+    case WorkKind::importing:
+        text = endSentence(m_work.imports().state());
+        break;
+    case WorkKind::analysis:
+        text = endSentence(m_work.analysis().state());
+        break;
+    case WorkKind::captions:
+        text = endSentence(m_work.captions().state());
+        break;
+    case WorkKind::exportMovie:
+        text = endSentence(m_work.exports().state());
+        m_awake.reset();
+        break;
+    }
+    if (text.isEmpty())
+        return;
+    notice(text);
+    if (!isActiveWindow())
+        m_services.notify(m_flow.name(), text);
+}
+
+void ProjectWindow::fillRecent(QMenu& menu) {
+    for (const std::filesystem::path& project : m_services.recentProjects()) {
+        const QString name = QString::fromStdString(Foundation::displayText(project.stem()));
+        QAction* const action = menu.addAction(QString{name}.replace(QLatin1Char('&'), QStringLiteral("&&")));
+        action->setToolTip(QString::fromStdString(Foundation::displayText(project)));
+        connect(action, &QAction::triggered, this, [this, project] { Q_EMIT openWanted(project); });
+    }
+}
+
+void ProjectWindow::closeEvent(QCloseEvent* event) {
+    if (m_mayClose) {
+        event->accept();
+        return;
+    }
+    event->ignore();
+    const auto leave = [this] { m_flow.askToLeave([this] { closeForGood(); }); };
+    if (m_work.isRunning(WorkKind::exportMovie))
+        askToEndExport(this, leave);
+    else
+        leave();
+}
+
+void ProjectWindow::closeForGood() {
+    m_mayClose = true;
+    m_subscription.reset();
+    for (const WorkKind kind : allWork)
+        m_work.cancel(kind);
+    m_recovery.finish();
+    close();
+    Q_EMIT closed();
+}
+
+void ProjectWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        m_flow.lookAtFile();
+    QMainWindow::changeEvent(event);
+}
+
+} // namespace Shell

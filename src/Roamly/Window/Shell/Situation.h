@@ -1,0 +1,51 @@
+#pragma once
+
+#include <ProjectModel/AIProvider.h>
+#include <Roamly/Window/Shell/Intent.h>
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace Shell {
+
+/// What of a window's state decides which actions there are. A plain value.
+struct Situation {
+    std::size_t photos = 0;
+    /// In the film.
+    std::size_t selected = 0;
+    /// Chosen in the grid, for the actions on photos.
+    std::size_t marked = 0;
+    std::size_t missing = 0;
+    std::optional<std::string> undoName;
+    std::optional<std::string> redoName;
+    bool isModified = false;
+    bool hasFile = false;
+    bool usesManualOrder = false;
+    bool hasSources = false;
+    bool hasMusic = false;
+    bool allowsAICaptions = true;
+    /// What generating captions would do, or why it is turned off.
+    std::string captionsHelp = {};
+    bool isImporting = false;
+    bool isAnalyzing = false;
+    bool isCaptioning = false;
+    bool isExporting = false;
+
+    friend bool operator==(const Situation&, const Situation&) = default;
+};
+
+/// How one action looks in a situation.
+struct ActionState {
+    bool isEnabled = true;
+    /// In the place of the action's usual text: "Undo Remove 3 Photos".
+    std::optional<std::string> text = {};
+    /// In the place of the action's usual help: why it cannot be used, or what it will do just now.
+    std::optional<std::string> help = {};
+
+    friend bool operator==(const ActionState&, const ActionState&) = default;
+};
+
+[[nodiscard]] ActionState actionState(Intent intent, const Situation& situation);
+
+} // namespace Shell
