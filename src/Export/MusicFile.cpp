@@ -23,7 +23,6 @@ void checkMusic(const std::filesystem::path& file, const std::stop_token& stop) 
 }
 
 double musicSeconds(const std::filesystem::path& file, const std::stop_token& stop) {
-    Libav::silenceLog();
     MusicReader reader(file, stop);
     std::size_t heard = 0;
     std::vector<StereoSample> samples;

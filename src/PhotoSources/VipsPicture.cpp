@@ -257,7 +257,7 @@ std::optional<Foundation::Image> finish(const RgbSamples& samples, int fullWidth
 }
 
 std::optional<std::string> jpeg(const Foundation::Image& image, int quality) {
-    if (!isReady() || image.isEmpty())
+    if (image.isEmpty())
         return std::nullopt;
     const ErrorLogCleared cleared;
     const Picture picture{vips_image_new_from_memory(image.pixels.data(), image.pixels.size(), image.width,

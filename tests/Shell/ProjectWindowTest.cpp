@@ -1,6 +1,7 @@
 #include "WindowFixture.h"
 
 #include <Roamly/Document/ProjectLock.h>
+#include <Roamly/Window/Shell/WindowCommands.h>
 
 #include <QCloseEvent>
 #include <QDir>
@@ -27,7 +28,11 @@ protected:
     ProjectModel::Project onDisk() const {
         return Document::ProjectStore::load(folder / "Lisbon.roamly").project;
     }
-    static void trigger(ProjectWindow& window, Intent intent) { window.actions()[intent]->trigger(); }
+    /// As soon as the window offers it.
+    static void trigger(ProjectWindow& window, Intent intent) {
+        waitFor([&] { return window.actions()[intent]->isEnabled(); });
+        window.actions()[intent]->trigger();
+    }
 };
 
 } // namespace
@@ -235,6 +240,78 @@ TEST_F(ProjectWindowTest, CaptionsThatAreOffSayWhere) {
     EXPECT_FALSE(window->actions()[Intent::generateCaptions]->isEnabled());
     EXPECT_EQ(window->actions()[Intent::generateCaptions]->toolTip(),
               QStringLiteral("Turn on “Generate captions with AI” in Project Settings first"));
+}
+
+TEST_F(ProjectWindowTest, TheCloudProviderIsUsedOnlyAfterAYesAndIsToldOfMeanwhile) {
+    const auto window = opened();
+    const auto ownProvider = [&] { return window->document().project().settings.aiProvider; };
+    auto* const commands = window->findChild<Shell::WindowCommands*>();
+    ASSERT_NE(commands, nullptr);
+    const QString banner = QStringLiteral("Privacy alert — Photos are sent to OpenRouter (cloud)");
+
+    commands->chooseProvider(ProjectModel::AIProvider::openRouter);
+    answer(*window, QStringLiteral("Cancel"));
+    EXPECT_FALSE(ownProvider());
+    waitFor([&] { return sheet(*window) == nullptr; });
+    EXPECT_FALSE(shows(*window, banner));
+
+    commands->chooseProvider(ProjectModel::AIProvider::openRouter);
+    answer(*window, QStringLiteral("Use OpenRouter (cloud)"));
+    waitFor([&] { return shows(*window, banner); });
+    EXPECT_EQ(ownProvider(), ProjectModel::AIProvider::openRouter);
+
+    commands->chooseProvider(ProjectModel::AIProvider::ollama);
+    waitFor([&] { return !shows(*window, banner); });
+    EXPECT_EQ(ownProvider(), ProjectModel::AIProvider::ollama);
+}
+
+TEST_F(ProjectWindowTest, MissingPhotosAreListedAndFoundAgainWithoutAStep) {
+    TestPhotos::write(folder / "trip/1.jpg", {.date = "2024:05:01 10:00:00"});
+    TestPhotos::write(folder / "trip/2.jpg", {.date = "2024:05:02 10:00:00"});
+    foldersToImport = {folder / "trip"};
+    whereToSave = folder / "Lisbon.roamly";
+    {
+        ProjectWindow window{services};
+        window.show();
+        trigger(window, Intent::importFolder);
+        waitFor([&] { return window.document().project().photos.size() == 2; });
+        trigger(window, Intent::save);
+        waitFor([&] { return std::filesystem::exists(folder / "Lisbon.roamly"); });
+        waitFor([&] { return !window.isWindowModified(); });
+    }
+    // Away from where a search would look.
+    const Foundation::Testing::TemporaryFolder elsewhere;
+    std::filesystem::copy(folder / "trip", elsewhere / "moved");
+    std::filesystem::remove_all(folder / "trip");
+
+    ProjectWindow window{services};
+    window.show();
+    window.open(folder / "Lisbon.roamly");
+    waitFor([&] { return shows(window, QStringLiteral("2 photos are missing")); });
+    EXPECT_FALSE(window.isWindowModified());
+    folderOfMissing = elsewhere / "moved";
+    trigger(window, Intent::locateMissing);
+    waitFor([&] { return shows(window, QStringLiteral("2 photos were found again.")); });
+    waitFor([&] { return !shows(window, QStringLiteral("2 photos are missing")); });
+    EXPECT_FALSE(window.document().canUndo());
+    EXPECT_FALSE(window.isWindowModified());
+}
+
+TEST_F(ProjectWindowTest, EachSheetOpensFromItsAction) {
+    const auto window = opened();
+    const std::pair<Intent, const char*> sheets[] = {
+        {Intent::exportMovie, "Export Slideshow"},
+        {Intent::captionPrompt, "AI Caption Prompt"},
+        {Intent::projectSettings, "Project Settings"},
+        {Intent::importAlbum, "Choose an Album"},
+    };
+    for (const auto& [intent, name] : sheets) {
+        trigger(*window, intent);
+        waitFor([&] { return sheet(*window) != nullptr; });
+        EXPECT_EQ(sheet(*window)->windowTitle().toStdString(), name);
+        sheet(*window)->close();
+        waitFor([&] { return sheet(*window) == nullptr; });
+    }
 }
 
 TEST_F(ProjectWindowTest, OneWindowShowsEachProject) {

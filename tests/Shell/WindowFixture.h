@@ -3,6 +3,7 @@
 #include <Foundation/TemporaryFolder.h>
 #include <Roamly/Document/ProjectStore.h>
 #include <Roamly/Platform/MachineImport.h>
+#include <Roamly/Platform/PhotoFiles.h>
 #include <Roamly/Window/Shell/ProjectWindow.h>
 #include <Roamly/Window/Shell/Windows.h>
 #include <Support/TestPhotos.h>
@@ -62,6 +63,17 @@ protected:
         services.notify = [this](const QString&, const QString& text) { notified = text; };
         services.keepAwake = [](const QString&) { return std::shared_ptr<void>{}; };
         services.showInFiles = [](const std::filesystem::path&) {};
+        services.usesNativeDialogs = [] { return false; };
+        services.setUsesNativeDialogs = [](bool) {};
+        services.thumbnails =
+            std::make_shared<Platform::ThumbnailProvider>(Platform::ThumbnailProvider::Options{
+                .cacheDirectory = folder / "thumbnails", .libraryThumbnail = {}});
+        services.checkPhotos = {.check = Platform::PhotoFiles::check, .locate = Platform::PhotoFiles::locate};
+        services.choosers.folderOfMissing = [this](QWidget*, const Shell::FileChoosers::OneChosen& chosen) {
+            if (folderOfMissing)
+                chosen(*folderOfMissing);
+        };
+        services.choosers.movie = [](QWidget*, const QString&, const std::function<void(const QString&)>&) {};
         services.now = [] { return 0.0; };
     }
 
@@ -134,6 +146,7 @@ protected:
     std::optional<std::filesystem::path> projectToOpen;
     std::optional<std::filesystem::path> whereToSave;
     std::optional<std::filesystem::path> music;
+    std::optional<std::filesystem::path> folderOfMissing;
     std::filesystem::path savingProposed;
     QString saveSentence;
     QString notified;

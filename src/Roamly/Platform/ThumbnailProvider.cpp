@@ -1,3 +1,4 @@
+#include <Roamly/Platform/ProcessSetup.h>
 #include <Roamly/Platform/ThumbnailProvider.h>
 #include <Roamly/Platform/UserFolders.h>
 
@@ -135,6 +136,7 @@ void ThumbnailProvider::work(const std::stop_token& stop, bool decodes) {
     while (const std::shared_ptr<Task> task = next(stop, decodes)) {
         std::optional<Answer> answer;
         try {
+            preparePictures();
             answer = task->content ? decoded(*task) : lookedUp(*task);
         } catch (const std::exception&) {
             answer = Answer{}; // out of memory, most likely: one photo without a picture

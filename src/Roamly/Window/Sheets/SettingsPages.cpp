@@ -1,4 +1,5 @@
 #include <Export/ExportPreset.h>
+#include <ProjectModel/Words.h>
 #include <Roamly/Document/CaptionProvider.h>
 #include <Roamly/Window/Sheets/Labels.h>
 #include <Roamly/Window/Sheets/SettingsGroup.h>
@@ -78,7 +79,7 @@ SettingsGroup* providersGroup(const Document::AppSettings& settings, const Setti
     auto* const group = new SettingsGroup{u"AI providers"_s};
     group->addRow(u"Default provider"_s, comboBox(ProjectModel::allAIProviders, settings.defaultAIProvider,
                                                   u"defaultAIProvider"_s, changed));
-    group->addNote(toText(Document::providersNote));
+    group->addNote(toText(ProjectModel::Words::providersNote));
     auto* const prompt =
         new QPlainTextEdit{QString::fromStdString(settings.captionPrompt.value_or(std::string{}))};
     prompt->setPlaceholderText(u"Neutral, natural captions"_s);

@@ -1,13 +1,17 @@
 #include <ProjectModel/ProjectFile.h>
 #include <Roamly/Document/SettingsTable.h>
+#include <Roamly/Platform/FileManager.h>
+#include <Roamly/Platform/Notifications.h>
+#include <Roamly/Platform/PhotoFiles.h>
 #include <Roamly/Platform/RecentFiles.h>
 #include <Roamly/Platform/RecoveryStore.h>
 #include <Roamly/Platform/SettingsStore.h>
+#include <Roamly/Platform/SleepInhibitor.h>
 #include <Roamly/Platform/UserFolders.h>
 #include <Roamly/Window/Shell/WindowServices.h>
 
-#include <QDesktopServices>
-#include <QUrl>
+#include <QDBusConnection>
+#include <QSettings>
 #include <chrono>
 #include <filesystem>
 #include <optional>
@@ -45,6 +49,14 @@ private:
     std::filesystem::file_time_type m_written;
     std::optional<Document::AppSettings> m_settings;
 };
+
+const QString nativeDialogs = QStringLiteral("nativeFileDialogs");
+
+/// What only the window knows of, beside the settings that commands share.
+QSettings windowSettings() {
+    return {QString::fromStdString((Platform::UserFolders::settings() / "window.ini").string()),
+            QSettings::IniFormat};
+}
 
 std::optional<std::string> storeSetting(const std::string& name, const std::string& text) {
     const Document::Setting* const setting = Document::findUserSetting(name);
@@ -93,7 +105,10 @@ WindowServices desktopServices() {
     services.settings = [known = std::make_shared<KnownSettings>()] { return known->load(); };
     services.setSetting = storeSetting;
     services.engines = machineEngines();
-    services.choosers = desktopFileChoosers(true);
+    services.usesNativeDialogs = [] { return windowSettings().value(nativeDialogs, true).toBool(); };
+    services.setUsesNativeDialogs = [](bool uses) { windowSettings().setValue(nativeDialogs, uses); };
+    services.choosers = desktopFileChoosers(services.usesNativeDialogs());
+    services.thumbnails = Platform::ThumbnailProvider::shared();
     services.recentProjects = [] {
         return Platform::RecentFiles{Platform::RecentFiles::usualPlaces()}.list();
     };
@@ -101,11 +116,18 @@ WindowServices desktopServices() {
         Platform::RecentFiles{Platform::RecentFiles::usualPlaces()}.add(project);
     };
     services.recovery = [](const ProjectPath& path) { return placeOf(std::nullopt, path); };
-    services.notify = [](const QString&, const QString&) {};
-    services.keepAwake = [](const QString&) { return std::shared_ptr<void>{}; };
-    services.showInFiles = [](const std::filesystem::path& file) {
-        QDesktopServices::openUrl(QUrl::fromLocalFile(QString::fromStdString(file.parent_path().string())));
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    services.notify = [notifications = std::make_shared<Platform::Notifications>(bus)](const QString& title,
+                                                                                       const QString& text) {
+        notifications->show(title.toStdString(), text.toStdString());
     };
+    services.keepAwake = [bus](const QString& reason) -> std::shared_ptr<void> {
+        return std::make_shared<Platform::SleepInhibitor>(bus, reason.toStdString());
+    };
+    services.showInFiles = [files = Platform::FileManager{bus}](const std::filesystem::path& file) {
+        files.show({file});
+    };
+    services.checkPhotos = {.check = Platform::PhotoFiles::check, .locate = Platform::PhotoFiles::locate};
     services.now = secondsNow;
     return services;
 }

@@ -1,3 +1,4 @@
+#include <Roamly/Window/Sheets/ExportSheet.h>
 #include <Roamly/Window/Shell/FileChoosers.h>
 
 #include <QFileDialog>
@@ -86,6 +87,14 @@ FileChoosers desktopFileChoosers(bool native) {
         startIn(files, QStandardPaths::MusicLocation);
         openForOne(files, chosen);
     };
+    choosers.folderOfMissing = [native](QWidget* window, const FileChoosers::OneChosen& chosen) {
+        QFileDialog* const files = dialog(window, QStringLiteral("Locate Missing Photos"), native);
+        files->setFileMode(QFileDialog::Directory);
+        files->setOption(QFileDialog::ShowDirsOnly);
+        files->setLabelText(QFileDialog::Accept, QStringLiteral("Locate"));
+        openForOne(files, chosen);
+    };
+    choosers.movie = Sheets::movieFileDialog(native);
     return choosers;
 }
 

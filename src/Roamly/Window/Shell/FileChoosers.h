@@ -24,6 +24,11 @@ struct FileChoosers {
                        OneChosen chosen)>
         whereToSaveProject;
     std::function<void(QWidget* window, OneChosen chosen)> music;
+    /// Where missing photos are now.
+    std::function<void(QWidget* window, OneChosen chosen)> folderOfMissing;
+    std::function<void(QWidget* window, const QString& proposedName,
+                       std::function<void(const QString&)> chosen)>
+        movie;
 };
 
 /// The desktop's own dialogs, or Qt's.

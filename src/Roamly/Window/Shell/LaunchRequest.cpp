@@ -1,5 +1,7 @@
 #include <Roamly/Window/Shell/LaunchRequest.h>
 
+#include <QMimeDatabase>
+
 namespace Shell {
 
 namespace {
@@ -48,6 +50,19 @@ LaunchRequest launchRequest(const QStringList& words, const std::filesystem::pat
     if (files.empty())
         return ShowWindow{};
     return sorted(files);
+}
+
+DroppedFiles droppedFiles(const QList<QUrl>& urls) {
+    const QMimeDatabase types;
+    DroppedFiles dropped;
+    for (const std::filesystem::path& file : localFiles(urls)) {
+        const QString type = types.mimeTypeForFile(QString::fromStdString(file.string())).name();
+        if (file.extension() == ".roamly")
+            dropped.projects.push_back(file);
+        else
+            (type.startsWith(QLatin1String("audio/")) ? dropped.music : dropped.photos).push_back(file);
+    }
+    return dropped;
 }
 
 std::vector<std::filesystem::path> localFiles(const QList<QUrl>& urls) {

@@ -49,6 +49,16 @@ using LaunchRequest = std::variant<ShowWindow, OpenFiles, PlayProject, Serve>;
 /// Which of the files are projects, and which are to be imported.
 [[nodiscard]] OpenFiles sorted(const std::vector<std::filesystem::path>& files);
 
+/// What was dropped onto a window.
+struct DroppedFiles {
+    std::vector<std::filesystem::path> projects;
+    /// Photos and folders.
+    std::vector<std::filesystem::path> photos;
+    std::vector<std::filesystem::path> music;
+};
+/// Asks the MIME database by name and content.
+[[nodiscard]] DroppedFiles droppedFiles(const QList<QUrl>& urls);
+
 /// The local files among the addresses.
 [[nodiscard]] std::vector<std::filesystem::path> localFiles(const QList<QUrl>& urls);
 

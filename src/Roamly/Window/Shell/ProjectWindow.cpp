@@ -2,8 +2,10 @@
 #include <Roamly/Document/CaptionProvider.h>
 #include <Roamly/Document/FilmSummary.h>
 #include <Roamly/Document/PlaybackSettings.h>
+#include <Roamly/Window/Sheets/PrivacyBanner.h>
 #include <Roamly/Window/Shell/EmptyState.h>
 #include <Roamly/Window/Shell/IssueStrip.h>
+#include <Roamly/Window/Shell/LaunchRequest.h>
 #include <Roamly/Window/Shell/MainToolBar.h>
 #include <Roamly/Window/Shell/Menus.h>
 #include <Roamly/Window/Shell/Notices.h>
@@ -12,11 +14,15 @@
 #include <Roamly/Window/Shell/ReviewArea.h>
 #include <Roamly/Window/Shell/StatusLine.h>
 #include <Roamly/Window/Shell/WindowCommands.h>
+#include <Roamly/Window/Shell/WindowSheets.h>
 #include <Roamly/Window/Shell/WorkStrip.h>
 
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -45,6 +51,7 @@ ProjectWindow::ProjectWindow(const WindowServices& services, const MakeRecoveryP
     : m_services(services)
     , m_flow(m_document, questionsOver(this, services.choosers))
     , m_recovery(m_document, recovery([this] { return m_flow.file().path(); }))
+    , m_missingPhotos(m_document, services.checkPhotos)
     , m_subscription(m_document.addListener([this](const Document::ProjectDifference&) {
         m_recovery.update();
         m_refresh.start();
@@ -69,7 +76,8 @@ void ProjectWindow::build() {
     for (const auto& [intent, action] : m_actions.all())
         addAction(action);
 
-    m_review = new ReviewArea(m_document);
+    m_review = new ReviewArea(m_document, m_services.thumbnails);
+    m_banner = new Sheets::PrivacyBanner;
     m_empty = new EmptyState;
     m_pages = new QStackedWidget;
     m_pages->addWidget(m_empty);
@@ -77,20 +85,25 @@ void ProjectWindow::build() {
     m_workStrip = new WorkStrip(m_services.now);
     m_issues = new IssueStrip(QStringLiteral("Issues"), QStringLiteral("Try Again"));
     m_waiting = new IssueStrip(QStringLiteral("Waiting"), QStringLiteral("Cancel"));
+    m_missing = new IssueStrip(QStringLiteral("Missing Photos"), QStringLiteral("Locate…"));
     m_status = new StatusLine;
+    m_status->setZoom(m_review->zoom());
 
     auto* const content = new QWidget;
     auto* const layout = new QVBoxLayout(content);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    layout->addWidget(m_banner);
     layout->addWidget(m_pages, 1);
     layout->addWidget(m_workStrip);
     layout->addWidget(m_waiting);
     layout->addWidget(m_issues);
+    layout->addWidget(m_missing);
     layout->addWidget(m_status);
     setCentralWidget(content);
     m_notices = new Notices(m_pages);
     m_commands = new WindowCommands(*this, m_document, m_work, m_services);
+    m_sheets = new WindowSheets(*this, m_document, m_work, m_musicLength, m_services);
 }
 
 void ProjectWindow::connectParts() {
@@ -118,7 +131,14 @@ void ProjectWindow::connectParts() {
 
     connect(&m_musicLength, &MusicLength::changed, this, &ProjectWindow::showSummary);
     connect(m_review, &ReviewArea::markedChanged, this, &ProjectWindow::showSituation);
-    connect(m_review, &ReviewArea::wanted, this, &ProjectWindow::carryOut);
+    connect(m_review, &ReviewArea::placeWanted, m_sheets, &WindowSheets::showPlace);
+    connect(m_review, &ReviewArea::captionWanted, m_commands, &WindowCommands::regenerateCaption);
+    connect(m_review, &ReviewArea::fileWanted, m_commands, &WindowCommands::showInFiles);
+    connect(m_review, &ReviewArea::dropped, this, &ProjectWindow::take);
+    connect(m_sheets, &WindowSheets::providerChosen, m_commands, &WindowCommands::chooseProvider);
+    connect(m_sheets, &WindowSheets::importWanted, this, [this] { carryOut(Intent::importFolder); });
+    connect(m_commands, &WindowCommands::providerDecided, m_sheets, &WindowSheets::refresh);
+    connect(&m_musicLength, &MusicLength::changed, m_sheets, &WindowSheets::refresh);
     connect(m_empty, &EmptyState::importWanted, this, [this] { carryOut(Intent::importFolder); });
     connect(m_empty, &EmptyState::openWanted, this, &ProjectWindow::openWanted);
     connect(m_commands, &WindowCommands::noticed, this, &ProjectWindow::notice);
@@ -130,6 +150,14 @@ void ProjectWindow::connectParts() {
             m_awake = m_services.keepAwake(QStringLiteral("Exporting a movie"));
     });
     connect(m_workStrip, &WorkStrip::cancelled, &m_work, &Work::cancel);
+    connect(&m_flow, &DocumentFlow::loaded, &m_missingPhotos, &MissingPhotos::check);
+    connect(&m_missingPhotos, &MissingPhotos::noticed, this, &ProjectWindow::notice);
+    connect(m_missing, &IssueStrip::remedyWanted, this, [this] { carryOut(Intent::locateMissing); });
+    connect(m_missing, &IssueStrip::dismissed, this, [this] {
+        m_knownMissing = situation().missing;
+        showMissing();
+    });
+    connect(m_sheets, &WindowSheets::locateWanted, this, [this] { carryOut(Intent::locateMissing); });
     connect(m_waiting, &IssueStrip::remedyWanted, &m_flow, &DocumentFlow::stopWaiting);
     connect(m_waiting, &IssueStrip::dismissed, &m_flow, &DocumentFlow::stopWaiting);
     connect(m_issues, &IssueStrip::remedyWanted, m_commands, &WindowCommands::analyze);
@@ -198,21 +226,39 @@ void ProjectWindow::carryOut(Intent intent) {
     case Intent::fullScreen:
         return setWindowState(windowState() ^ Qt::WindowFullScreen);
     case Intent::importAlbum:
+        return m_sheets->showAlbums();
     case Intent::find:
+        return m_review->find();
     case Intent::settings:
+        return Q_EMIT settingsWanted();
     case Intent::editCaption:
+        return m_review->editCaption();
     case Intent::setPlace:
+        return m_sheets->showPlace(m_review->marked());
     case Intent::captionPrompt:
-    case Intent::locateMissing:
+        return m_sheets->showCaptionPrompt();
     case Intent::manageSources:
+        return m_sheets->showSources();
     case Intent::exportMovie:
+        return m_sheets->showExport();
     case Intent::projectSettings:
-    case Intent::details:
+        return m_sheets->showProjectSettings(*m_toolBar->projectSettingsButton());
     case Intent::largerPhotos:
+        return m_review->resizePhotos(1);
     case Intent::smallerPhotos:
+        return m_review->resizePhotos(-1);
     case Intent::help:
+        return Q_EMIT helpWanted({});
     case Intent::shortcuts:
+        return Q_EMIT helpWanted(QStringLiteral("Keyboard Shortcuts"));
     case Intent::about:
+        return QMessageBox::about(
+            this, QStringLiteral("About Roamly"),
+            QStringLiteral("Roamly turns a pile of holiday photos into a slideshow film."));
+    case Intent::locateMissing:
+        return m_services.choosers.folderOfMissing(
+            this, [this](const std::filesystem::path& folder) { m_missingPhotos.locate(folder); });
+    case Intent::details:
         return;
     }
 }
@@ -226,6 +272,9 @@ void ProjectWindow::showDocument() {
     showTitle();
     showSituation();
     showSummary();
+    showBanner();
+    showMissing();
+    m_sheets->refresh();
 }
 
 void ProjectWindow::showTitle() {
@@ -235,6 +284,20 @@ void ProjectWindow::showTitle() {
         setWindowFilePath(QString::fromStdString(path->string()));
     // Its own title holds over the one that the path would give.
     setWindowTitle(m_flow.name() + QStringLiteral("[*] — Roamly"));
+}
+
+void ProjectWindow::showBanner() {
+    const auto alert = Document::privacyAlert(
+        Document::effectiveProvider(m_document.project().settings, m_services.settings()));
+    m_banner->setText(alert ? QString::fromStdString(*alert) : QString{});
+}
+
+void ProjectWindow::showMissing() {
+    const std::size_t missing = situation().missing;
+    if (missing < m_knownMissing)
+        m_knownMissing = missing;
+    const QString sentence = missing > m_knownMissing ? missingSentence(missing) : QString{};
+    m_missing->show(sentence.isEmpty() ? QStringList{} : QStringList{sentence}, true);
 }
 
 void ProjectWindow::showWaiting() {
@@ -252,24 +315,9 @@ void ProjectWindow::showSummary() {
 }
 
 Situation ProjectWindow::situation() const {
-    const ProjectModel::Project& project = m_document.project();
-    const Document::AppSettings user = m_services.settings();
-    Situation now;
-    now.photos = project.photos.size();
-    for (const ProjectModel::PhotoItem& photo : project.photos) {
-        now.selected += photo.isSelected ? 1 : 0;
-        now.missing += photo.isMissing ? 1 : 0;
-    }
+    Situation now = situationOf(m_document, m_services.settings());
     now.marked = m_review->marked().size();
-    now.undoName = m_document.undoName();
-    now.redoName = m_document.redoName();
-    now.isModified = m_flow.isModified();
     now.hasFile = m_flow.file().path().has_value();
-    now.usesManualOrder = project.usesManualOrder;
-    now.hasSources = !project.sources.empty();
-    now.hasMusic = project.music.has_value();
-    now.allowsAICaptions = Document::allowsAICaptions(project.settings, user);
-    now.captionsHelp = Document::generateCaptionsHelp(project.settings, user);
     now.isImporting = m_work.isRunning(WorkKind::importing);
     now.isAnalyzing = m_work.isRunning(WorkKind::analysis);
     now.isCaptioning = m_work.isRunning(WorkKind::captions);
@@ -344,6 +392,26 @@ void ProjectWindow::closeForGood() {
     m_recovery.finish();
     close();
     Q_EMIT closed();
+}
+
+void ProjectWindow::take(const QList<QUrl>& urls) {
+    const DroppedFiles dropped = droppedFiles(urls);
+    for (const std::filesystem::path& project : dropped.projects)
+        Q_EMIT openWanted(project);
+    if (!dropped.music.empty())
+        m_commands->takeMusic(dropped.music.front());
+    if (!dropped.photos.empty())
+        importPhotos(dropped.photos);
+}
+
+void ProjectWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!localFiles(event->mimeData()->urls()).empty())
+        event->acceptProposedAction();
+}
+
+void ProjectWindow::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    take(event->mimeData()->urls());
 }
 
 void ProjectWindow::changeEvent(QEvent* event) {

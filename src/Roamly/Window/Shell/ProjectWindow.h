@@ -3,6 +3,7 @@
 #include <Roamly/Document/ProjectDocument.h>
 #include <Roamly/Window/Shell/Actions.h>
 #include <Roamly/Window/Shell/DocumentFlow.h>
+#include <Roamly/Window/Shell/MissingPhotos.h>
 #include <Roamly/Window/Shell/MusicLength.h>
 #include <Roamly/Window/Shell/WindowServices.h>
 #include <Roamly/Window/Shell/Work.h>
@@ -18,7 +19,7 @@ class QStackedWidget;
 
 namespace Sheets {
 class PrivacyBanner;
-}
+} // namespace Sheets
 
 namespace Shell {
 
@@ -29,6 +30,7 @@ class Notices;
 class ReviewArea;
 class StatusLine;
 class WindowCommands;
+class WindowSheets;
 class WorkStrip;
 
 /// The window of one project. It puts its parts together and shows what they have to show; what the user
@@ -58,6 +60,9 @@ Q_SIGNALS:
     void openWanted(const std::filesystem::path& project);
     void quitWanted();
     void playWanted();
+    void settingsWanted();
+    /// The help at a page; an empty name is the first one.
+    void helpWanted(const QString& page);
     /// It is closed for good: nothing of it is needed any more.
     void closed();
     /// The user thought better of closing it.
@@ -66,6 +71,8 @@ Q_SIGNALS:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void build();
@@ -76,6 +83,9 @@ private:
     void showSituation();
     void showSummary();
     void showWaiting();
+    void showBanner();
+    void showMissing();
+    void take(const QList<QUrl>& urls);
     void showWork(WorkKind kind);
     void finishWork(WorkKind kind);
     void fillRecent(QMenu& menu);
@@ -90,6 +100,9 @@ private:
     /// Several changes in one go are shown once.
     QTimer m_refresh;
     MusicLength m_musicLength;
+    MissingPhotos m_missingPhotos;
+    /// How many were missing when the user put the list away.
+    std::size_t m_knownMissing = 0;
     Document::ProjectDocument::Subscription m_subscription;
     bool m_mayClose = false;
     std::shared_ptr<void> m_awake;
@@ -101,9 +114,12 @@ private:
     WorkStrip* m_workStrip = nullptr;
     IssueStrip* m_issues = nullptr;
     IssueStrip* m_waiting = nullptr;
+    IssueStrip* m_missing = nullptr;
     StatusLine* m_status = nullptr;
     Notices* m_notices = nullptr;
     WindowCommands* m_commands = nullptr;
+    WindowSheets* m_sheets = nullptr;
+    Sheets::PrivacyBanner* m_banner = nullptr;
     /// Last, so that it ends first: what it runs changes the document.
     Work m_work;
 };

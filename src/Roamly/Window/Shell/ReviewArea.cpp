@@ -1,48 +1,76 @@
 #include <Roamly/Window/Shell/ReviewArea.h>
 
-#include <QListWidget>
-#include <QSignalBlocker>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
 
 namespace Shell {
 
-ReviewArea::ReviewArea(Document::ProjectDocument& document, QWidget* parent)
+namespace {
+
+/// Pixels by which a step makes the photos larger or smaller.
+constexpr int sizeStep = 32;
+
+} // namespace
+
+ReviewArea::ReviewArea(Document::ProjectDocument& document,
+                       std::shared_ptr<Platform::ThumbnailProvider> thumbnails, QWidget* parent)
     : QWidget(parent)
-    , m_document(&document)
-    , m_subscription(document.addListener([this](const Document::ProjectDifference&) { refill(); }))
-    , m_list(new QListWidget(this)) {
-    m_list->setAccessibleName(QStringLiteral("Photos"));
-    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    , m_thumbnails(std::move(thumbnails))
+    , m_pane(new Grid::ReviewPane(document, m_thumbnails))
+    , m_subscription(
+          document.addListener([this](const Document::ProjectDifference&) { m_pane->refresh(); })) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(m_list);
-    connect(m_list, &QListWidget::itemSelectionChanged, this, &ReviewArea::markedChanged);
-    refill();
+    layout->addWidget(m_pane);
+    connect(m_pane, &Grid::ReviewPane::chosenChanged, this, &ReviewArea::markedChanged);
+    connect(m_pane, &Grid::ReviewPane::captionRegenerationRequested, this, &ReviewArea::captionWanted);
+    connect(m_pane, &Grid::ReviewPane::fileRequested, this, &ReviewArea::fileWanted);
+    connect(m_pane, &Grid::ReviewPane::urlsDropped, this, &ReviewArea::dropped);
+    connect(m_pane, &Grid::ReviewPane::placeRequested, this,
+            [this](const std::vector<Foundation::Uuid>& photos) {
+                Q_EMIT placeWanted({photos.begin(), photos.end()});
+            });
+}
+
+ReviewArea::~ReviewArea() {
+    // Before the thumbnails that it shows.
+    delete m_pane;
 }
 
 std::set<Foundation::Uuid> ReviewArea::marked() const {
-    std::set<Foundation::Uuid> ids;
-    for (const QModelIndex& index : m_list->selectionModel()->selectedIndexes())
-        ids.insert(m_document->project().photos[static_cast<std::size_t>(index.row())].id);
-    return ids;
+    const std::vector<Foundation::Uuid> chosen = m_pane->grid().chosen();
+    return {chosen.begin(), chosen.end()};
 }
 
 void ReviewArea::selectAll() {
-    m_list->selectAll();
+    m_pane->grid().selectAll();
 }
 
 void ReviewArea::selectNone() {
-    m_list->clearSelection();
+    m_pane->grid().clearSelection();
 }
 
-void ReviewArea::refill() {
-    {
-        const QSignalBlocker blocker{m_list};
-        m_list->clear();
-        for (const ProjectModel::PhotoItem& photo : m_document->project().photos)
-            m_list->addItem(QString::fromStdString(photo.caption.value_or("Photo")));
-    }
-    Q_EMIT markedChanged();
+void ReviewArea::find() {
+    m_pane->filterBar().beginSearch();
+}
+
+void ReviewArea::editCaption() {
+    m_pane->grid().editCurrentCaption();
+}
+
+void ReviewArea::resizePhotos(int steps) {
+    Grid::PhotoGridView& grid = m_pane->grid();
+    grid.setTileSide(std::clamp(grid.tileSide() + steps * sizeStep, Grid::PhotoGridView::smallestTile,
+                                Grid::PhotoGridView::largestTile));
+}
+
+void ReviewArea::setWhyNoCaption(const QString& reason) {
+    m_pane->setWhyNoCaption(reason);
+}
+
+QWidget* ReviewArea::zoom() {
+    return &m_pane->zoomControl();
 }
 
 } // namespace Shell

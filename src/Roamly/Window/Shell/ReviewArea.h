@@ -2,15 +2,13 @@
 
 #include <Foundation/Uuid.h>
 #include <Roamly/Document/ProjectDocument.h>
-#include <Roamly/Window/Shell/Intent.h>
+#include <Roamly/Window/Grid/ReviewPane.h>
+#include <Roamly/Window/Shell/Thumbnails.h>
 
 #include <QList>
 #include <QUrl>
 #include <QWidget>
 #include <set>
-#include <vector>
-
-class QListWidget;
 
 namespace Shell {
 
@@ -21,24 +19,33 @@ class ReviewArea : public QWidget {
 
 public:
     /// Borrows the document.
-    explicit ReviewArea(Document::ProjectDocument& document, QWidget* parent = nullptr);
+    ReviewArea(Document::ProjectDocument& document, std::shared_ptr<Platform::ThumbnailProvider> thumbnails,
+               QWidget* parent = nullptr);
+    ~ReviewArea() override;
 
     /// What the actions on photos apply to.
     [[nodiscard]] std::set<Foundation::Uuid> marked() const;
     void selectAll();
     void selectNone();
+    void find();
+    void editCaption();
+    void resizePhotos(int steps);
+    /// Empty when a caption may be regenerated.
+    void setWhyNoCaption(const QString& reason);
+    /// The control of the photos' size, for a better place.
+    [[nodiscard]] QWidget* zoom();
 
 Q_SIGNALS:
     void markedChanged();
-    void wanted(Shell::Intent intent);
+    void placeWanted(const std::set<Foundation::Uuid>& photos);
+    void captionWanted(const Foundation::Uuid& photo);
+    void fileWanted(const Foundation::Uuid& photo);
     void dropped(const QList<QUrl>& urls);
 
 private:
-    void refill();
-
-    Document::ProjectDocument* m_document;
+    Thumbnails m_thumbnails;
+    Grid::ReviewPane* m_pane;
     Document::ProjectDocument::Subscription m_subscription;
-    QListWidget* m_list = nullptr;
 };
 
 } // namespace Shell

@@ -1,3 +1,4 @@
+#include <Roamly/Document/CaptionProvider.h>
 #include <Roamly/Window/Shell/Situation.h>
 
 namespace Shell {
@@ -33,6 +34,25 @@ ActionState regenerateCaption(const Situation& now) {
 }
 
 } // namespace
+
+Situation situationOf(const Document::ProjectDocument& document, const Document::AppSettings& user) {
+    const ProjectModel::Project& project = document.project();
+    Situation now;
+    now.photos = project.photos.size();
+    for (const ProjectModel::PhotoItem& photo : project.photos) {
+        now.selected += photo.isSelected ? 1 : 0;
+        now.missing += photo.isMissing ? 1 : 0;
+    }
+    now.undoName = document.undoName();
+    now.redoName = document.redoName();
+    now.isModified = document.isModified();
+    now.usesManualOrder = project.usesManualOrder;
+    now.hasSources = !project.sources.empty();
+    now.hasMusic = project.music.has_value();
+    now.allowsAICaptions = Document::allowsAICaptions(project.settings, user);
+    now.captionsHelp = Document::generateCaptionsHelp(project.settings, user);
+    return now;
+}
 
 ActionState actionState(Intent intent, const Situation& now) {
     const bool hasPhotos = now.photos > 0;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <ProjectModel/AIProvider.h>
+#include <Roamly/Document/AppSettings.h>
+#include <Roamly/Document/ProjectDocument.h>
 #include <Roamly/Window/Shell/Intent.h>
 
 #include <cstddef>
@@ -34,6 +36,10 @@ struct Situation {
 
     friend bool operator==(const Situation&, const Situation&) = default;
 };
+
+/// What the document says of it; the rest is the window's to add.
+[[nodiscard]] Situation situationOf(const Document::ProjectDocument& document,
+                                    const Document::AppSettings& user);
 
 /// How one action looks in a situation.
 struct ActionState {

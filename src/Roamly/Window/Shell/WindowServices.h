@@ -2,6 +2,8 @@
 
 #include <Foundation/Instant.h>
 #include <Roamly/Document/AppSettings.h>
+#include <Roamly/Jobs/PhotoFileCheck.h>
+#include <Roamly/Platform/ThumbnailProvider.h>
 #include <Roamly/Window/Shell/FileChoosers.h>
 #include <Roamly/Window/Shell/RecoveryKeeper.h>
 #include <Roamly/Window/Shell/Work.h>
@@ -27,6 +29,11 @@ struct WindowServices {
     std::function<std::optional<std::string>(const std::string& name, const std::string& text)> setSetting;
     Engines engines;
     FileChoosers choosers;
+    /// Whether file dialogs are the desktop's own.
+    std::function<bool()> usesNativeDialogs;
+    std::function<void(bool)> setUsesNativeDialogs;
+    /// Of all windows; null in tests that show no photo.
+    std::shared_ptr<Platform::ThumbnailProvider> thumbnails;
     std::function<std::vector<std::filesystem::path>()> recentProjects;
     std::function<void(const std::filesystem::path&)> addRecentProject;
     /// A place of its own for each window.
@@ -36,6 +43,7 @@ struct WindowServices {
     /// The machine stays awake as long as what is returned lives.
     std::function<std::shared_ptr<void>(const QString& reason)> keepAwake;
     std::function<void(const std::filesystem::path&)> showInFiles;
+    Jobs::PhotoFileEnvironment checkPhotos;
     /// Seconds of a clock that never goes back.
     std::function<double()> now;
 };

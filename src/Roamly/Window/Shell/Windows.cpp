@@ -1,4 +1,5 @@
 #include <Roamly/Document/ProjectStore.h>
+#include <Roamly/Window/Shell/ApplicationSheets.h>
 #include <Roamly/Window/Shell/ProjectWindow.h>
 #include <Roamly/Window/Shell/Questions.h>
 #include <Roamly/Window/Shell/Windows.h>
@@ -23,7 +24,8 @@ std::filesystem::path place(const std::filesystem::path& path) {
 
 Windows::Windows(WindowServices services, QObject* parent)
     : QObject(parent)
-    , m_services(std::move(services)) {}
+    , m_services(std::move(services))
+    , m_sheets(new ApplicationSheets(m_services, this)) {}
 
 Windows::~Windows() {
     for (ProjectWindow* const window : std::exchange(m_windows, {}))
@@ -113,6 +115,8 @@ ProjectWindow& Windows::add(const MakeRecoveryPlace& recovery) {
     connect(window, &ProjectWindow::newWanted, this, [this] { (void)openNew(); });
     connect(window, &ProjectWindow::openWanted, this,
             [this](const std::filesystem::path& path) { bringForward(open(path), {}); });
+    connect(window, &ProjectWindow::settingsWanted, m_sheets, &ApplicationSheets::showSettings);
+    connect(window, &ProjectWindow::helpWanted, m_sheets, &ApplicationSheets::showHelp);
     connect(window, &ProjectWindow::quitWanted, this, &Windows::quit);
     connect(window, &ProjectWindow::closingRefused, this, [this] { m_isQuitting = false; });
     connect(window, &ProjectWindow::closed, this, [this, window] { remove(window); });

@@ -11,6 +11,7 @@
 
 namespace Shell {
 
+class ApplicationSheets;
 class ProjectWindow;
 
 /// The program's windows: one for each open project.
@@ -47,6 +48,7 @@ private:
 
     WindowServices m_services;
     std::vector<ProjectWindow*> m_windows;
+    ApplicationSheets* m_sheets;
     bool m_isQuitting = false;
 };
 
