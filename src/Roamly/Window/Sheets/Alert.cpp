@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace Sheets {
 
@@ -60,6 +61,10 @@ Alert::Alert(const AlertContent& content, QWidget* parent)
     layout->setSpacing(24);
     layout->addLayout(top, 1);
     layout->addLayout(row);
+    // A label that wraps asks for more height than it needs at this width.
+    layout->activate();
+    const int width = std::max(alertWidth, layout->minimumSize().width());
+    resize(width, layout->totalHeightForWidth(width));
     if (QPushButton* const primary = button(content.primary))
         primary->setFocus();
 }

@@ -1,3 +1,4 @@
+#include <Roamly/Window/Sheets/Labels.h>
 #include <Roamly/Window/Sheets/SettingsPages.h>
 #include <Roamly/Window/Sheets/SettingsWindow.h>
 #include <Roamly/Window/Theme/Icons.h>
@@ -21,11 +22,14 @@ SettingsWindow::SettingsWindow(const Document::AppSettings& settings, bool usesN
     m_names->setAccessibleName(u"Pages"_s);
     m_names->setFixedWidth(168);
     m_names->setFrameShape(QFrame::NoFrame);
-    m_names->setSpacing(2);
+    m_names->viewport()->setAutoFillBackground(false);
     auto* const row = new QHBoxLayout{this};
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
+    row->addSpacing(8);
     row->addWidget(m_names);
+    row->addSpacing(8);
+    row->addWidget(divider());
     row->addWidget(m_pages, 1);
 
     const SettingChanged changed = [this](const QString& key, const QString& text) {

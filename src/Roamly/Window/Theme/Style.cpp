@@ -5,6 +5,7 @@
 
 #include <QAbstractSpinBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
@@ -18,6 +19,9 @@ namespace Theme {
 namespace {
 
 constexpr int controlHeight = 32;
+constexpr int rowHeight = 32;
+/// Between a control's edge and its text.
+constexpr int textPadding = 8;
 constexpr int pushButtonWidth = 88;
 constexpr int indicatorSize = 18;
 constexpr int progressThickness = 6;
@@ -34,6 +38,8 @@ bool isPrimary(const QStyleOptionButton& button) {
 
 /// What a push button is filled with; invalid for the plain ones.
 QColor buttonFill(const QStyleOptionButton& button, const QWidget* widget) {
+    if (!(button.state & QStyle::State_Enabled))
+        return {};
     if (isDestructive(widget))
         return colours(button.palette).danger;
     return isPrimary(button) ? button.palette.color(QPalette::Active, QPalette::Highlight) : QColor{};
@@ -44,14 +50,20 @@ bool showsFocus(const QStyleOption& option) {
 }
 
 void drawPushButton(const QStyleOptionButton& button, QPainter& painter, const QWidget* widget) {
-    const QRectF rect = QRectF{button.rect}.adjusted(2, 2, -2, -2);
+    const QRectF rect{button.rect};
+    const QColor fill = buttonFill(button, widget);
     const bool isFlatAtRest =
         (button.features & QStyleOptionButton::Flat) &&
         !(button.state & (QStyle::State_MouseOver | QStyle::State_Sunken | QStyle::State_On));
     if (!isFlatAtRest)
-        Strokes::box(painter, rect, Strokes::pressable(button, buttonFill(button, widget)));
-    if (showsFocus(button))
-        Strokes::focusRing(painter, QRectF{button.rect}, button.palette, Strokes::cornerRadius + 1);
+        Strokes::box(painter, rect, Strokes::pressable(button, fill));
+    if (!showsFocus(button))
+        return;
+    if (fill.isValid())
+        Strokes::box(painter, rect.adjusted(2, 2, -2, -2), {.fill = {}, .line = textOn(fill), .lineWidth = 1},
+                     Strokes::cornerRadius - 2);
+    else
+        Strokes::focusRing(painter, rect, button.palette);
 }
 
 void drawIndicator(const QStyleOption& option, QPainter& painter, bool isRound) {
@@ -60,8 +72,9 @@ void drawIndicator(const QStyleOption& option, QPainter& painter, bool isRound) 
     const qreal radius = isRound ? rect.width() / 2 : 4;
     const QColor accent = option.palette.color(
         option.state & QStyle::State_Enabled ? QPalette::Active : QPalette::Disabled, QPalette::Highlight);
-    Strokes::box(painter, rect, isOn ? Strokes::pressable(option, accent) : Strokes::pressable(option),
-                 radius);
+    QStyleOption look = option;
+    look.state &= ~QStyle::State_On;
+    Strokes::box(painter, rect, isOn ? Strokes::pressable(look, accent) : Strokes::pressable(look), radius);
     const QColor mark = option.palette.color(QPalette::HighlightedText);
     if (option.state & QStyle::State_NoChange)
         Strokes::box(painter, QRectF{rect.center() - QPointF{4, 1}, QSizeF{8, 2}}, {.fill = mark, .line = {}},
@@ -162,6 +175,28 @@ void drawProgress(const QStyleOptionProgressBar& bar, QPainter& painter) {
     Strokes::box(painter, done, {.fill = palette.color(QPalette::Highlight), .line = {}}, radius);
 }
 
+/// What lies under an item of a list or of a table's row.
+void drawItemPanel(const QStyleOptionViewItem& item, QPainter& painter) {
+    const bool isSelected = item.state & QStyle::State_Selected;
+    if (!isSelected && !(item.state & QStyle::State_MouseOver)) {
+        if (item.backgroundBrush.style() != Qt::NoBrush)
+            painter.fillRect(item.rect, item.backgroundBrush);
+        return;
+    }
+    const QPalette::ColorGroup group =
+        item.state & QStyle::State_Enabled ? QPalette::Active : QPalette::Disabled;
+    const QColor fill = isSelected ? item.palette.color(group, QPalette::Highlight)
+                                   : Strokes::mixed(item.palette.color(QPalette::Base),
+                                                    item.palette.color(QPalette::WindowText), 0.06);
+    // The items of a row make one bar together.
+    const bool isAlone = item.viewItemPosition == QStyleOptionViewItem::OnlyOne ||
+                         item.viewItemPosition == QStyleOptionViewItem::Invalid;
+    if (isAlone)
+        Strokes::box(painter, QRectF{item.rect}, {.fill = fill, .line = {}}, 4);
+    else
+        painter.fillRect(item.rect, fill);
+}
+
 } // namespace
 
 Style::Style()
@@ -202,6 +237,13 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
         break;
     case PE_FrameLineEdit:
         return;
+    case PE_PanelItemViewRow:
+        // Each item draws its own part.
+        return;
+    case PE_PanelItemViewItem:
+        if (const auto* const item = qstyleoption_cast<const QStyleOptionViewItem*>(option))
+            return drawItemPanel(*item, *painter);
+        break;
     case PE_IndicatorCheckBox:
         return drawIndicator(*option, *painter, false);
     case PE_IndicatorRadioButton:
@@ -254,16 +296,42 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
     QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
+QRect Style::subElementRect(SubElement element, const QStyleOption* option, const QWidget* widget) const {
+    const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+    const auto* const frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+    // A field inside another control has no frame, and its padding from that control.
+    if (element == SE_LineEditContents && frame && frame->lineWidth > 0)
+        return rect.adjusted(textPadding - 4, 0, 4 - textPadding, 0);
+    return rect;
+}
+
+QRect Style::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl subControl,
+                            const QWidget* widget) const {
+    const QRect rect = QProxyStyle::subControlRect(control, option, subControl, widget);
+    const bool isText = (control == CC_ComboBox && subControl == SC_ComboBoxEditField) ||
+                        (control == CC_SpinBox && subControl == SC_SpinBoxEditField);
+    if (!isText)
+        return rect;
+    return option->direction == Qt::RightToLeft ? rect.adjusted(0, 0, -4, 0) : rect.adjusted(4, 0, 0, 0);
+}
+
 QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                               const QWidget* widget) const {
     QSize result = QProxyStyle::sizeFromContents(type, option, size, widget);
     switch (type) {
     case CT_PushButton:
-        return result.expandedTo({pushButtonWidth, controlHeight + 4});
+        result.rwidth() += 2 * textPadding;
+        return result.expandedTo({pushButtonWidth, controlHeight});
     case CT_ComboBox:
     case CT_LineEdit:
-    case CT_SpinBox:
+        result.rwidth() += textPadding;
         return result.expandedTo({0, controlHeight});
+    case CT_SpinBox:
+        result.setHeight(std::max(controlHeight, result.height() - 4));
+        return result;
+    case CT_ItemViewItem:
+    case CT_HeaderSection:
+        return result.expandedTo({0, rowHeight});
     case CT_MenuItem:
         if (const auto* const item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
             item && item->menuItemType != QStyleOptionMenuItem::Separator)
@@ -287,6 +355,10 @@ int Style::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWi
         return sliderHandle + 2;
     case PM_ScrollBarExtent:
         return 12;
+    case PM_FocusFrameHMargin:
+        return 5;
+    case PM_HeaderMargin:
+        return 6;
     case PM_LayoutHorizontalSpacing:
     case PM_LayoutVerticalSpacing:
     case PM_CheckBoxLabelSpacing:
@@ -311,6 +383,8 @@ int Style::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* 
         return 0;
     case SH_ComboBox_Popup:
         return 0;
+    case SH_DialogButtonLayout:
+        return QDialogButtonBox::GnomeLayout;
     case SH_EtchDisabledText:
     case SH_DitherDisabledText:
         return 0;
