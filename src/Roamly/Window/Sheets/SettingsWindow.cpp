@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QListWidget>
 #include <QStackedWidget>
+#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -26,9 +27,10 @@ SettingsWindow::SettingsWindow(const Document::AppSettings& settings, bool usesN
     auto* const row = new QHBoxLayout{this};
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
-    row->addSpacing(8);
-    row->addWidget(m_names);
-    row->addSpacing(8);
+    auto* const side = new QVBoxLayout;
+    side->setContentsMargins(8, 16, 8, 8);
+    side->addWidget(m_names);
+    row->addLayout(side);
     row->addWidget(divider());
     row->addWidget(m_pages, 1);
 

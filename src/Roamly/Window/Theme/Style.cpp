@@ -197,6 +197,20 @@ void drawItemPanel(const QStyleOptionViewItem& item, QPainter& painter) {
         painter.fillRect(item.rect, fill);
 }
 
+/// Around a text that has the keyboard; a selected item is seen without it.
+void drawFocus(const QStyleOption& option, QPainter& painter) {
+    const auto* const focus = qstyleoption_cast<const QStyleOptionFocusRect*>(&option);
+    const bool isOnSelection = focus && focus->backgroundColor == option.palette.color(QPalette::Highlight);
+    if ((option.state & QStyle::State_KeyboardFocusChange) && !isOnSelection)
+        Strokes::focusRing(painter, QRectF{option.rect}, option.palette, 4);
+}
+
+void drawHeaderSection(const QStyleOption& header, QPainter& painter) {
+    painter.fillRect(header.rect, header.palette.color(QPalette::Window));
+    painter.fillRect(QRect{header.rect.left(), header.rect.bottom(), header.rect.width(), 1},
+                     header.palette.color(QPalette::Midlight));
+}
+
 } // namespace
 
 Style::Style()
@@ -237,6 +251,8 @@ void Style::drawPrimitive(PrimitiveElement element, const QStyleOption* option, 
         break;
     case PE_FrameLineEdit:
         return;
+    case PE_FrameFocusRect:
+        return drawFocus(*option, *painter);
     case PE_PanelItemViewRow:
         // Each item draws its own part.
         return;
@@ -265,6 +281,8 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
             return QProxyStyle::drawControl(element, &label, painter, widget);
         }
     }
+    if (element == CE_HeaderSection || element == CE_HeaderEmptyArea)
+        return drawHeaderSection(*option, *painter);
     if (const auto* const bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option)) {
         if (element == CE_ProgressBarGroove || element == CE_ProgressBarLabel)
             return;
@@ -272,7 +290,6 @@ void Style::drawControl(ControlElement element, const QStyleOption* option, QPai
         if (element == CE_ProgressBarContents && bar->maximum > bar->minimum)
             return drawProgress(*bar, *painter);
     }
-    // Fusion's dotted and boxed focus marks are drawn above, with the control itself.
     QProxyStyle::drawControl(element, option, painter, widget);
 }
 
