@@ -46,9 +46,9 @@ TEST(CaptionPromptSheet, ExamplesFillTheField) {
                                   u"Short and poetic, one vivid image each."_s}));
     examples[2]->trigger();
     EXPECT_EQ(prompt->toPlainText(), u"Focus on the food and drinks."_s);
+    photograph(sheet, u"caption-prompt-filled"_s);
     prompt->undo();
     EXPECT_EQ(prompt->toPlainText(), u"Mine"_s);
-    photograph(sheet, u"caption-prompt-filled"_s);
 }
 
 TEST(CaptionPromptSheet, EscCloses) {

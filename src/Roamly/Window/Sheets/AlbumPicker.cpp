@@ -5,6 +5,7 @@
 #include <Roamly/Window/Theme/Icons.h>
 
 #include <QAction>
+#include <QEvent>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPainter>
@@ -110,13 +111,26 @@ void AlbumPicker::fill(const std::vector<LibraryChoice>& libraries) {
             item->setData(0, identifierRole, album.identifier);
             item->setIcon(0, coverIcon(album.cover, devicePixelRatioF()));
             item->setSizeHint(0, {0, coverSide + 8});
-            item->setForeground(1, palette().color(QPalette::PlaceholderText));
             item->setTextAlignment(1, Qt::AlignVCenter | Qt::AlignTrailing);
         }
         group->setExpanded(true);
     }
+    tintCounts();
     m_pages->setCurrentIndex(libraries.empty() ? 1 : 0);
     m_import->setVisible(!libraries.empty());
+}
+
+void AlbumPicker::tintCounts() {
+    for (int group = 0; group < m_list->topLevelItemCount(); ++group)
+        for (int row = 0; row < m_list->topLevelItem(group)->childCount(); ++row)
+            m_list->topLevelItem(group)->child(row)->setForeground(
+                1, palette().color(QPalette::PlaceholderText));
+}
+
+void AlbumPicker::changeEvent(QEvent* event) {
+    Sheet::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        tintCounts();
 }
 
 void AlbumPicker::setCover(const QString& identifier, const QImage& cover) {

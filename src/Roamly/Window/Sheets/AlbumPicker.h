@@ -42,7 +42,11 @@ Q_SIGNALS:
     /// The albums' identifiers, in the list's order. The sheet is closed then.
     void albumsChosen(const QStringList& identifiers);
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
+    void tintCounts();
     void fill(const std::vector<LibraryChoice>& libraries);
     void filter(const QString& text);
     void followChoice();

@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace Sheets {
 
@@ -13,6 +14,23 @@ namespace {
 
 constexpr int alertWidth = 440;
 constexpr int iconSide = 32;
+
+/// With places to break inside words that are too long for a line, such as paths.
+QString breakable(const QString& text) {
+    constexpr int longestWord = 32;
+    QString result;
+    int length = 0;
+    for (const QChar character : text) {
+        length = character.isSpace() ? 0 : length + 1;
+        // Never inside a pair of surrogates.
+        if (length > longestWord && !character.isLowSurrogate()) {
+            result += QChar{0x200b};
+            length = 1;
+        }
+        result += character;
+    }
+    return result;
+}
 
 } // namespace
 
@@ -27,12 +45,12 @@ Alert::Alert(const AlertContent& content, QWidget* parent)
 
     auto* const texts = new QVBoxLayout;
     texts->setSpacing(8);
-    QLabel* const title = heading(content.title);
+    QLabel* const title = heading(breakable(content.title));
     QFont font = title->font();
     font.setPointSizeF(this->font().pointSizeF() * 1.2);
     title->setFont(font);
     texts->addWidget(title);
-    QLabel* const message = sentence(content.message);
+    QLabel* const message = sentence(breakable(content.message));
     message->setTextInteractionFlags(Qt::TextSelectableByMouse);
     texts->addWidget(message);
     texts->addStretch(1);
@@ -60,6 +78,10 @@ Alert::Alert(const AlertContent& content, QWidget* parent)
     layout->setSpacing(24);
     layout->addLayout(top, 1);
     layout->addLayout(row);
+    // A label that wraps asks for more height than it needs at this width.
+    layout->activate();
+    const int width = std::max(alertWidth, layout->minimumSize().width());
+    resize(width, layout->totalHeightForWidth(width));
     if (QPushButton* const primary = button(content.primary))
         primary->setFocus();
 }

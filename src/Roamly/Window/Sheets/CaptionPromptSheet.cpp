@@ -22,6 +22,7 @@ CaptionPromptSheet::CaptionPromptSheet(const QString& prompt, const QString& def
     m_prompt->setAccessibleName(u"Caption prompt"_s);
     m_prompt->setPlaceholderText(defaultPrompt);
     m_prompt->setTabChangesFocus(true);
+    m_prompt->document()->setDocumentMargin(8);
     m_prompt->setMinimumHeight(112);
     body()->addWidget(m_prompt, 1);
     connect(m_prompt, &QPlainTextEdit::textChanged, this,

@@ -88,17 +88,15 @@ void ExportSheet::addChoices() {
     form->setHorizontalSpacing(16);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     m_resolution = new QComboBox;
-    m_resolution->setAccessibleName(u"Resolution"_s);
     for (const Export::ExportResolution resolution : Export::allExportResolutions)
         m_resolution->addItem(toText(displayName(resolution)));
     m_codec = new QComboBox;
-    m_codec->setAccessibleName(u"Codec"_s);
     for (const Export::ExportCodec codec : Export::allExportCodecs)
         m_codec->addItem(toText(displayName(codec)));
     m_resolution->setCurrentIndex(static_cast<int>(m_plan.preset.resolution));
     m_codec->setCurrentIndex(static_cast<int>(m_plan.preset.codec));
-    form->addRow(u"Resolution"_s, m_resolution);
-    form->addRow(u"Codec"_s, m_codec);
+    form->addRow(fieldLabel(u"Resolution"_s, m_resolution), m_resolution);
+    form->addRow(fieldLabel(u"Codec"_s, m_codec), m_codec);
     body()->addLayout(form);
     m_summary = note();
     body()->addWidget(m_summary);

@@ -1,5 +1,6 @@
 #include <Roamly/Window/Sheets/HelpPages.h>
 #include <Roamly/Window/Sheets/HelpWindow.h>
+#include <Roamly/Window/Sheets/Labels.h>
 #include <Roamly/Window/Theme/Colours.h>
 #include <Roamly/Window/Theme/Icons.h>
 
@@ -47,6 +48,7 @@ HelpWindow::HelpWindow(QWidget* parent)
     m_search->addAction(Theme::icon(u"search"_s), QLineEdit::LeadingPosition);
     m_list->setAccessibleName(u"Help pages"_s);
     m_list->setFrameShape(QFrame::NoFrame);
+    m_list->viewport()->setAutoFillBackground(false);
     m_page->setAccessibleName(u"Help page"_s);
     m_page->setFrameShape(QFrame::NoFrame);
     m_page->setOpenLinks(false);
@@ -65,6 +67,7 @@ HelpWindow::HelpWindow(QWidget* parent)
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     row->addWidget(sideArea);
+    row->addWidget(divider());
     row->addWidget(m_page, 1);
 
     connect(m_search, &QLineEdit::textChanged, this, &HelpWindow::listPages);

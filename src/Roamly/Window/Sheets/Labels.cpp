@@ -70,6 +70,25 @@ QLabel* groupTitle(const QString& text) {
     return result;
 }
 
+QLabel* fieldLabel(const QString& text, QWidget* control) {
+    QLabel* const result = label(text);
+    if (control->accessibleName().isEmpty())
+        control->setAccessibleName(text);
+    result->setMinimumHeight(32);
+    result->setMinimumWidth(128);
+    result->setBuddy(control);
+    return result;
+}
+
+QFrame* divider() {
+    auto* const line = new QFrame;
+    line->setFrameShape(QFrame::VLine);
+    line->setFrameShadow(QFrame::Plain);
+    line->setForegroundRole(QPalette::Midlight);
+    line->setFixedWidth(1);
+    return line;
+}
+
 QLabel* sentence(const QString& text) {
     QLabel* const result = label(text);
     result->setWordWrap(true);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFrame>
 #include <QLabel>
 #include <QString>
 #include <string>
@@ -16,6 +17,11 @@ namespace Sheets {
 [[nodiscard]] QLabel* heading(const QString& text);
 /// What a group of controls is called.
 [[nodiscard]] QLabel* groupTitle(const QString& text);
+/// What stands before a control, centred on its height; it is the control's accessible name where that has
+/// none.
+[[nodiscard]] QLabel* fieldLabel(const QString& text, QWidget* control);
+/// A quiet line between two sides of a window.
+[[nodiscard]] QFrame* divider();
 /// A sentence that wraps.
 [[nodiscard]] QLabel* sentence(const QString& text = {});
 /// A sentence in quiet colour.

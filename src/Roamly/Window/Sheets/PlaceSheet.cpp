@@ -41,8 +41,8 @@ PlaceSheet::PlaceSheet(std::size_t photoCount, const QString& city, const QStrin
     form->setSpacing(8);
     form->setHorizontalSpacing(16);
     form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-    form->addRow(u"City"_s, m_city);
-    form->addRow(u"Country"_s, m_country);
+    form->addRow(fieldLabel(u"City"_s, m_city), m_city);
+    form->addRow(fieldLabel(u"Country"_s, m_country), m_country);
     body()->addLayout(form);
     body()->addStretch(1);
 

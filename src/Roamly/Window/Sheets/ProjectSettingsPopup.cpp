@@ -4,6 +4,7 @@
 #include <Roamly/Window/Theme/Icons.h>
 
 #include <QFormLayout>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
@@ -15,7 +16,8 @@ namespace Sheets {
 
 namespace {
 
-constexpr int popupWidth = 400;
+constexpr int popupWidth = 448;
+constexpr int labelWidth = 176;
 
 /// The index among "On", "Off".
 int onOff(bool isOn) {
@@ -67,7 +69,7 @@ ProjectSettingsPopup::ProjectSettingsPopup(const ProjectModel::ProjectSettings& 
     , m_fitExplanation(note()) {
     setWindowTitle(u"Project Settings"_s);
     setAccessibleName(u"Project Settings"_s);
-    setMinimumWidth(popupWidth);
+    setFixedWidth(popupWidth);
 
     auto* const layout = new QVBoxLayout{this};
     layout->setContentsMargins(16, 16, 16, 16);
@@ -83,11 +85,18 @@ ProjectSettingsPopup::ProjectSettingsPopup(const ProjectModel::ProjectSettings& 
         layout->addLayout(form);
         return form;
     };
-    const auto addRow = [](QFormLayout* form, auto* field) { form->addRow(field->accessibleName(), field); };
+    const auto addRow = [](QFormLayout* form, auto* field) {
+        QLabel* const label = fieldLabel(field->accessibleName(), field);
+        label->setMinimumWidth(labelWidth);
+        form->addRow(label, field);
+    };
     QFormLayout* const timing = addGroup(u"Timing and motion"_s);
     addRow(timing, m_photoDuration);
     m_fit->setAutoDefault(false);
-    timing->addRow(QString{}, m_fit);
+    auto* const fitRow = new QHBoxLayout;
+    fitRow->addWidget(m_fit);
+    fitRow->addStretch(1);
+    timing->addRow(QString{}, fitRow);
     timing->addRow(QString{}, m_fitExplanation);
     addRow(timing, m_kenBurns);
     addRow(timing, m_chapters);
@@ -123,6 +132,7 @@ void ProjectSettingsPopup::setValues(const ProjectModel::ProjectSettings& projec
     m_fit->setAccessibleDescription(musicFit.explanation);
     m_fitExplanation->setText(musicFit.explanation);
     m_fitExplanation->setVisible(!musicFit.explanation.isEmpty());
+    fitHeight();
 }
 
 void ProjectSettingsPopup::tellEdited() {
@@ -134,8 +144,21 @@ void ProjectSettingsPopup::tellEdited() {
     Q_EMIT settingsEdited(m_project);
 }
 
+void ProjectSettingsPopup::fitHeight() {
+    layout()->activate();
+    resize(popupWidth, layout()->totalHeightForWidth(popupWidth));
+}
+
+void ProjectSettingsPopup::paintEvent(QPaintEvent* event) {
+    QDialog::paintEvent(event);
+    // A popup has no frame of its own.
+    QPainter painter{this};
+    painter.setPen(palette().color(QPalette::Mid));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+}
+
 void ProjectSettingsPopup::openUnder(const QWidget& button) {
-    adjustSize();
+    fitHeight();
     const bool isMirrored = layoutDirection() == Qt::RightToLeft;
     QPoint place = button.mapToGlobal(isMirrored ? QPoint{button.width() - width(), button.height() + 4}
                                                  : QPoint{0, button.height() + 4});

@@ -45,8 +45,12 @@ Q_SIGNALS:
     /// The photos' duration that "Fit to Music" offers was accepted.
     void musicFitAccepted(double photoDuration);
 
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     void tellEdited();
+    void fitHeight();
 
     ProjectModel::ProjectSettings m_project;
     MusicFitOffer m_musicFit;

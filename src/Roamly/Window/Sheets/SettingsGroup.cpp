@@ -23,12 +23,8 @@ SettingsGroup::SettingsGroup(const QString& title)
 }
 
 void SettingsGroup::addRow(const QString& label, QWidget* control) {
-    if (control->accessibleName().isEmpty())
-        control->setAccessibleName(label);
-    auto* const text = new QLabel{label};
-    text->setMinimumHeight(32);
+    QLabel* const text = fieldLabel(label, control);
     text->setMinimumWidth(144);
-    text->setBuddy(control);
     m_form->addRow(text, control);
 }
 

@@ -84,6 +84,7 @@ SettingsGroup* providersGroup(const Document::AppSettings& settings, const Setti
         new QPlainTextEdit{QString::fromStdString(settings.captionPrompt.value_or(std::string{}))};
     prompt->setPlaceholderText(u"Neutral, natural captions"_s);
     prompt->setTabChangesFocus(true);
+    prompt->document()->setDocumentMargin(8);
     prompt->setFixedHeight(72);
     QObject::connect(prompt, &QPlainTextEdit::textChanged, prompt,
                      [prompt, changed] { changed(u"captionPrompt"_s, prompt->toPlainText()); });

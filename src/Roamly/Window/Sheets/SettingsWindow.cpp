@@ -1,3 +1,4 @@
+#include <Roamly/Window/Sheets/Labels.h>
 #include <Roamly/Window/Sheets/SettingsPages.h>
 #include <Roamly/Window/Sheets/SettingsWindow.h>
 #include <Roamly/Window/Theme/Icons.h>
@@ -5,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QListWidget>
 #include <QStackedWidget>
+#include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
 
@@ -21,11 +23,15 @@ SettingsWindow::SettingsWindow(const Document::AppSettings& settings, bool usesN
     m_names->setAccessibleName(u"Pages"_s);
     m_names->setFixedWidth(168);
     m_names->setFrameShape(QFrame::NoFrame);
-    m_names->setSpacing(2);
+    m_names->viewport()->setAutoFillBackground(false);
     auto* const row = new QHBoxLayout{this};
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
-    row->addWidget(m_names);
+    auto* const side = new QVBoxLayout;
+    side->setContentsMargins(8, 16, 8, 8);
+    side->addWidget(m_names);
+    row->addLayout(side);
+    row->addWidget(divider());
     row->addWidget(m_pages, 1);
 
     const SettingChanged changed = [this](const QString& key, const QString& text) {
