@@ -1,8 +1,7 @@
-#include "TemporaryFolder.h"
-
 #include <Analysis/OfflineReverseGeocoder.h>
 #include <Analysis/SectionFile.h>
 #include <Foundation/AtomicFile.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include <Roamly/Document/FilmSummary.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 
 using namespace Document;

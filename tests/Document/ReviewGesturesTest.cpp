@@ -1,6 +1,6 @@
 #include <Roamly/Document/ReviewModel.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 
 #include <string>

@@ -1,8 +1,8 @@
 #include <Foundation/Cancellation.h>
 #include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/PhotoFileCheck.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 
 #include <latch>

@@ -2,8 +2,8 @@
 #include <Roamly/Document/ProjectLock.h>
 #include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/ProjectFile.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 
 #include <memory>

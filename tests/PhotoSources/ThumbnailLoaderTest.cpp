@@ -2,8 +2,8 @@
 #include <Foundation/TemporaryFolder.h>
 #include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/ThumbnailLoader.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gtest/gtest.h>
 #include <vips/vips.h>
 

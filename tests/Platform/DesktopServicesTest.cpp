@@ -1,8 +1,8 @@
 #include <Roamly/Platform/FileManager.h>
 #include <Roamly/Platform/Notifications.h>
 #include <Roamly/Platform/SleepInhibitor.h>
-
 #include <Support/PrivateKeyring.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

@@ -3,8 +3,8 @@
 #include <Foundation/Cancellation.h>
 #include <Foundation/TemporaryFolder.h>
 #include <Roamly/Platform/PhotoFiles.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 

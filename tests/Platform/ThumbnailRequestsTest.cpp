@@ -1,8 +1,8 @@
 #include <Foundation/TemporaryFolder.h>
 #include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Platform/ThumbnailRequests.h>
-
 #include <Support/TestPhotos.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
