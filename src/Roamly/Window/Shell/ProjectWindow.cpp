@@ -247,7 +247,10 @@ void ProjectWindow::showDocument() {
     const bool hasPhotos = !m_document.project().photos.empty();
     if (!hasPhotos)
         m_empty->setRecentProjects(m_services.recentProjects());
+    const bool photosCame = hasPhotos && m_pages->currentWidget() == m_empty;
     m_pages->setCurrentWidget(hasPhotos ? static_cast<QWidget*>(m_review) : m_empty);
+    if (photosCame)
+        m_review->setFocus();
     m_musicLength.follow(m_document.project());
     showTitle();
     showSituation();
@@ -343,10 +346,8 @@ void ProjectWindow::fillRecent(QMenu& menu) {
 }
 
 void ProjectWindow::closeEvent(QCloseEvent* event) {
-    if (m_mayClose) {
-        event->accept();
-        return;
-    }
+    if (m_mayClose)
+        return event->accept();
     event->ignore();
     const auto leave = [this] { m_flow.askToLeave([this] { closeForGood(); }); };
     if (!m_work.isRunning(WorkKind::exportMovie))
