@@ -23,10 +23,9 @@ function(roamly_module name)
     file(GLOB headers CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.h")
     target_sources(${name} PRIVATE ${headers})
     # Without the compiler's own macros moc does not read the concepts of the standard library, which Qt 6.4's
-    # cannot.
-    # Nor can it read <chrono> when that comes before any header of Qt, so it takes it for read already.
-    set_target_properties(${name} PROPERTIES
-      AUTOMOC ON AUTOMOC_COMPILER_PREDEFINES OFF AUTOMOC_MOC_OPTIONS "-D_GLIBCXX_CHRONO")
+    # cannot. It stumbles over <chrono> then, which it is told to have read already.
+    set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOMOC_COMPILER_PREDEFINES OFF
+      AUTOMOC_MOC_OPTIONS "-D_GLIBCXX_CHRONO")
     # What the tools of Qt write is not held to the warnings of what is written here.
     target_compile_definitions(${name} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_KEYWORDS)
   endif()

@@ -4,7 +4,6 @@
 #include <Roamly/Document/PlaybackSettings.h>
 #include <Roamly/Window/Sheets/PrivacyBanner.h>
 #include <Roamly/Window/Shell/EmptyState.h>
-#include <Roamly/Window/Shell/IssueStrip.h>
 #include <Roamly/Window/Shell/LaunchRequest.h>
 #include <Roamly/Window/Shell/MainToolBar.h>
 #include <Roamly/Window/Shell/Menus.h>
@@ -13,9 +12,9 @@
 #include <Roamly/Window/Shell/Questions.h>
 #include <Roamly/Window/Shell/ReviewArea.h>
 #include <Roamly/Window/Shell/StatusLine.h>
+#include <Roamly/Window/Shell/Strips.h>
 #include <Roamly/Window/Shell/WindowCommands.h>
 #include <Roamly/Window/Shell/WindowSheets.h>
-#include <Roamly/Window/Shell/WorkStrip.h>
 
 #include <QCloseEvent>
 #include <QDropEvent>
@@ -34,13 +33,6 @@ namespace {
 
 constexpr std::array allWork{WorkKind::importing, WorkKind::analysis, WorkKind::captions,
                              WorkKind::exportMovie};
-
-QStringList texts(const std::vector<std::string>& sentences) {
-    QStringList list;
-    for (const std::string& sentence : sentences)
-        list << QString::fromStdString(sentence);
-    return list;
-}
 
 } // namespace
 
@@ -82,10 +74,7 @@ void ProjectWindow::build() {
     m_pages = new QStackedWidget;
     m_pages->addWidget(m_empty);
     m_pages->addWidget(m_review);
-    m_workStrip = new WorkStrip(m_services.now);
-    m_issues = new IssueStrip(QStringLiteral("Issues"), QStringLiteral("Try Again"));
-    m_waiting = new IssueStrip(QStringLiteral("Waiting"), QStringLiteral("Cancel"));
-    m_missing = new IssueStrip(QStringLiteral("Missing Photos"), QStringLiteral("Locate…"));
+    m_strips = new Strips(m_services.now);
     m_status = new StatusLine;
     m_status->setZoom(m_review->zoom());
 
@@ -95,10 +84,7 @@ void ProjectWindow::build() {
     layout->setSpacing(0);
     layout->addWidget(m_banner);
     layout->addWidget(m_pages, 1);
-    layout->addWidget(m_workStrip);
-    layout->addWidget(m_waiting);
-    layout->addWidget(m_issues);
-    layout->addWidget(m_missing);
+    layout->addWidget(m_strips);
     layout->addWidget(m_status);
     setCentralWidget(content);
     m_notices = new Notices(m_pages);
@@ -149,19 +135,13 @@ void ProjectWindow::connectParts() {
         if (kind == WorkKind::exportMovie)
             m_awake = m_services.keepAwake(QStringLiteral("Exporting a movie"));
     });
-    connect(m_workStrip, &WorkStrip::cancelled, &m_work, &Work::cancel);
     connect(&m_flow, &DocumentFlow::loaded, &m_missingPhotos, &MissingPhotos::check);
     connect(&m_missingPhotos, &MissingPhotos::noticed, this, &ProjectWindow::notice);
-    connect(m_missing, &IssueStrip::remedyWanted, this, [this] { carryOut(Intent::locateMissing); });
-    connect(m_missing, &IssueStrip::dismissed, this, [this] {
-        m_knownMissing = situation().missing;
-        showMissing();
-    });
     connect(m_sheets, &WindowSheets::locateWanted, this, [this] { carryOut(Intent::locateMissing); });
-    connect(m_waiting, &IssueStrip::remedyWanted, &m_flow, &DocumentFlow::stopWaiting);
-    connect(m_waiting, &IssueStrip::dismissed, &m_flow, &DocumentFlow::stopWaiting);
-    connect(m_issues, &IssueStrip::remedyWanted, m_commands, &WindowCommands::analyze);
-    connect(m_issues, &IssueStrip::dismissed, m_issues, &QWidget::hide);
+    connect(m_strips, &Strips::cancelled, &m_work, &Work::cancel);
+    connect(m_strips, &Strips::retryWanted, m_commands, &WindowCommands::analyze);
+    connect(m_strips, &Strips::locateWanted, this, [this] { carryOut(Intent::locateMissing); });
+    connect(m_strips, &Strips::waitingGivenUp, &m_flow, &DocumentFlow::stopWaiting);
 }
 
 void ProjectWindow::importPhotos(const Paths& folders) {
@@ -267,13 +247,15 @@ void ProjectWindow::showDocument() {
     const bool hasPhotos = !m_document.project().photos.empty();
     if (!hasPhotos)
         m_empty->setRecentProjects(m_services.recentProjects());
+    const bool photosCame = hasPhotos && m_pages->currentWidget() == m_empty;
     m_pages->setCurrentWidget(hasPhotos ? static_cast<QWidget*>(m_review) : m_empty);
+    if (photosCame)
+        m_review->setFocus();
     m_musicLength.follow(m_document.project());
     showTitle();
     showSituation();
     showSummary();
     showBanner();
-    showMissing();
     m_sheets->refresh();
 }
 
@@ -282,8 +264,6 @@ void ProjectWindow::showTitle() {
     setWindowModified(m_flow.isModified());
     if (const auto& path = m_flow.file().path())
         setWindowFilePath(QString::fromStdString(path->string()));
-    // Its own title holds over the one that the path would give.
-    setWindowTitle(m_flow.name() + QStringLiteral("[*] — Roamly"));
 }
 
 void ProjectWindow::showBanner() {
@@ -292,19 +272,8 @@ void ProjectWindow::showBanner() {
     m_banner->setText(alert ? QString::fromStdString(*alert) : QString{});
 }
 
-void ProjectWindow::showMissing() {
-    const std::size_t missing = situation().missing;
-    if (missing < m_knownMissing)
-        m_knownMissing = missing;
-    const QString sentence = missing > m_knownMissing ? missingSentence(missing) : QString{};
-    m_missing->show(sentence.isEmpty() ? QStringList{} : QStringList{sentence}, true);
-}
-
 void ProjectWindow::showWaiting() {
-    QStringList waiting;
-    if (m_flow.file().state().isWaiting)
-        waiting << QStringLiteral("Waiting for another program that is using “%1”.").arg(m_flow.name());
-    m_waiting->show(waiting, true);
+    m_strips->showWaiting(m_flow.file().state().isWaiting ? m_flow.name() : QString{});
 }
 
 void ProjectWindow::showSummary() {
@@ -326,14 +295,19 @@ Situation ProjectWindow::situation() const {
 }
 
 void ProjectWindow::showSituation() {
-    m_actions.show(situation());
+    const Situation now = situation();
+    m_actions.show(now);
+    m_strips->showMissing(now.missing);
 }
 
 void ProjectWindow::showWork(WorkKind kind) {
-    m_workStrip->show(kind, m_work.row(kind));
+    m_strips->showWork(kind, m_work.row(kind));
     if (kind == WorkKind::analysis) {
         const auto& state = m_work.analysis().state();
-        m_issues->show(texts(state.issues), state.canRetry);
+        QStringList issues;
+        for (const std::string& issue : state.issues)
+            issues << QString::fromStdString(issue);
+        m_strips->showIssues(issues, state.canRetry);
     }
     m_refresh.start();
 }
@@ -372,16 +346,18 @@ void ProjectWindow::fillRecent(QMenu& menu) {
 }
 
 void ProjectWindow::closeEvent(QCloseEvent* event) {
-    if (m_mayClose) {
-        event->accept();
-        return;
-    }
+    if (m_mayClose)
+        return event->accept();
     event->ignore();
     const auto leave = [this] { m_flow.askToLeave([this] { closeForGood(); }); };
-    if (m_work.isRunning(WorkKind::exportMovie))
-        askToEndExport(this, leave);
-    else
-        leave();
+    if (!m_work.isRunning(WorkKind::exportMovie))
+        return leave();
+    askToEndExport(this, [this, leave](bool agreed) {
+        if (agreed)
+            leave();
+        else
+            Q_EMIT closingRefused();
+    });
 }
 
 void ProjectWindow::closeForGood() {

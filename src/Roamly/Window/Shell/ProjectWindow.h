@@ -24,14 +24,13 @@ class PrivacyBanner;
 namespace Shell {
 
 class EmptyState;
-class IssueStrip;
 class MainToolBar;
 class Notices;
 class ReviewArea;
 class StatusLine;
+class Strips;
 class WindowCommands;
 class WindowSheets;
-class WorkStrip;
 
 /// The window of one project. It puts its parts together and shows what they have to show; what the user
 /// wants goes to the document, the work and the sheets.
@@ -84,7 +83,6 @@ private:
     void showSummary();
     void showWaiting();
     void showBanner();
-    void showMissing();
     void take(const QList<QUrl>& urls);
     void showWork(WorkKind kind);
     void finishWork(WorkKind kind);
@@ -101,8 +99,6 @@ private:
     QTimer m_refresh;
     MusicLength m_musicLength;
     MissingPhotos m_missingPhotos;
-    /// How many were missing when the user put the list away.
-    std::size_t m_knownMissing = 0;
     Document::ProjectDocument::Subscription m_subscription;
     bool m_mayClose = false;
     std::shared_ptr<void> m_awake;
@@ -111,10 +107,7 @@ private:
     QStackedWidget* m_pages = nullptr;
     ReviewArea* m_review = nullptr;
     EmptyState* m_empty = nullptr;
-    WorkStrip* m_workStrip = nullptr;
-    IssueStrip* m_issues = nullptr;
-    IssueStrip* m_waiting = nullptr;
-    IssueStrip* m_missing = nullptr;
+    Strips* m_strips = nullptr;
     StatusLine* m_status = nullptr;
     Notices* m_notices = nullptr;
     WindowCommands* m_commands = nullptr;

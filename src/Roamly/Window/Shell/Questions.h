@@ -27,6 +27,6 @@ void askToRecover(QWidget* window, const std::optional<std::filesystem::path>& o
                   Foundation::Instant written, std::function<void(RecoveryAnswer)> answer);
 
 /// Whether the window may close although its movie is not finished.
-void askToEndExport(QWidget* window, std::function<void()> agreed);
+void askToEndExport(QWidget* window, std::function<void(bool agreed)> answer);
 
 } // namespace Shell

@@ -23,6 +23,7 @@ ReviewArea::ReviewArea(Document::ProjectDocument& document,
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pane);
+    setFocusProxy(&m_pane->grid());
     connect(m_pane, &Grid::ReviewPane::chosenChanged, this, &ReviewArea::markedChanged);
     connect(m_pane, &Grid::ReviewPane::captionRegenerationRequested, this, &ReviewArea::captionWanted);
     connect(m_pane, &Grid::ReviewPane::fileRequested, this, &ReviewArea::fileWanted);
