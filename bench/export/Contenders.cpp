@@ -23,7 +23,7 @@ namespace Bench {
 namespace {
 
 using Export::ExportPreset;
-using Frames = std::vector<std::shared_ptr<const Frames::YuvFrame>>;
+using Drawn = std::vector<std::shared_ptr<const Frames::YuvFrame>>;
 
 constexpr int fps = 30;
 
@@ -64,9 +64,9 @@ struct Show {
     Slides::SlideshowFrameSource frames;
 };
 
-Frames drawFrames(const TripOptions& trip, const ExportPreset& preset, std::int64_t most) {
+Drawn drawFrames(const TripOptions& trip, const ExportPreset& preset, std::int64_t most) {
     Show show(trip, preset);
-    Frames frames;
+    Drawn frames;
     for (std::int64_t i = 0; i < std::min(show.count(), most); ++i)
         frames.push_back(show.frame(i, preset.dimensions()));
     return frames;
@@ -94,7 +94,7 @@ Measurement runDrawing(const TripOptions& trip, const ExportPreset& preset) {
 Measurement runEncoder(const TripOptions& trip, const ExportPreset& preset,
                        const std::filesystem::path& movie, std::int64_t cycled) {
     const std::int64_t count = Show(trip, preset).count();
-    const Frames frames = drawFrames(trip, preset, cycled > 0 ? cycled : count);
+    const Drawn frames = drawFrames(trip, preset, cycled > 0 ? cycled : count);
     malloc_trim(0);
     const Frames::FrameSize size = preset.dimensions();
     const std::int64_t framesBytes =
