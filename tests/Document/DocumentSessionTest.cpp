@@ -1,7 +1,7 @@
 #include <Foundation/AtomicFile.h>
 #include <Foundation/Cancellation.h>
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Document/DocumentSession.h>
+#include <Support/TemporaryFolder.h>
 #include <Support/TestPhotos.h>
 
 #include <gtest/gtest.h>
@@ -16,7 +16,6 @@ using Document::ProjectDocument;
 using Document::ProjectLock;
 using Document::ProjectStoreError;
 using Document::SaveConflict;
-using Foundation::Testing::TemporaryFolder;
 using ProjectModel::Project;
 using TestPhotos::item;
 using TestPhotos::uuid;

@@ -1,8 +1,8 @@
 #include <Foundation/AtomicFile.h>
 #include <Foundation/Bookmark.h>
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Document/OutputFile.h>
 #include <Roamly/Document/Refusal.h>
+#include <Support/TemporaryFolder.h>
 #include <Support/TestPhotos.h>
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ protected:
         return file;
     }
 
-    Foundation::Testing::TemporaryFolder folder;
+    TemporaryFolder folder;
 };
 
 /// How a check refuses, or nothing.

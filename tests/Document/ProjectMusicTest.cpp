@@ -1,9 +1,9 @@
 #include <Foundation/AtomicFile.h>
 #include <Foundation/Bookmark.h>
 #include <Foundation/Cancellation.h>
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Document/ProjectMusic.h>
 #include <Roamly/Document/Refusal.h>
+#include <Support/TemporaryFolder.h>
 #include <Support/TestTone.h>
 
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ protected:
         return project;
     }
 
-    Foundation::Testing::TemporaryFolder folder;
+    TemporaryFolder folder;
 };
 
 void expectNoMusic(const std::filesystem::path& file, const std::string& sentence) {

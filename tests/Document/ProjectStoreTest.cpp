@@ -1,7 +1,7 @@
 #include <Foundation/AtomicFile.h>
-#include <Foundation/TemporaryFolder.h>
 #include <ProjectModel/ProjectFile.h>
 #include <Roamly/Document/ProjectStore.h>
+#include <Support/TemporaryFolder.h>
 #include <Support/TestPhotos.h>
 
 #include <gtest/gtest.h>
@@ -13,7 +13,6 @@
 #include <vector>
 
 using Document::ProjectStoreError;
-using Foundation::Testing::TemporaryFolder;
 using ProjectModel::Project;
 namespace ProjectStore = Document::ProjectStore;
 

@@ -1,6 +1,6 @@
 #include <Foundation/Bookmark.h>
 #include <Foundation/BookmarkedFile.h>
-#include <Foundation/TemporaryFolder.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ Bytes bytes(std::string_view text) {
 }
 
 TEST(BookmarkReadingTest, TellsWhatTheFileWasAlsoWhenItIsGone) {
-    const Foundation::Testing::TemporaryFolder folder;
+    const TemporaryFolder folder;
     std::ofstream{folder / "a.jpg"} << "12345";
     const auto bookmark = Foundation::makeBookmark(folder / "a.jpg");
     std::filesystem::remove(folder / "a.jpg");

@@ -1,7 +1,7 @@
 #include <Export/ExportError.h>
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/ExportController.h>
+#include <Support/TemporaryFolder.h>
 #include <Support/TestPhotos.h>
 
 #include <gtest/gtest.h>
@@ -12,7 +12,6 @@
 #include <string>
 #include <vector>
 
-using Foundation::Testing::TemporaryFolder;
 using Jobs::ExportController;
 using ProjectModel::Project;
 

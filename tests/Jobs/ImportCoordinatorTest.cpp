@@ -1,8 +1,8 @@
 #include <Foundation/AtomicFile.h>
 #include <Foundation/Bookmark.h>
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/ImportCoordinator.h>
+#include <Support/TemporaryFolder.h>
 #include <Support/TestPhotos.h>
 
 #include <gtest/gtest.h>
@@ -12,7 +12,6 @@
 #include <vector>
 
 using Document::ProjectDocument;
-using Foundation::Testing::TemporaryFolder;
 using Jobs::ImportCoordinator;
 using Jobs::ImportOutcome;
 using ProjectModel::FolderSourceRef;

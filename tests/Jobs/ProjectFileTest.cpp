@@ -1,7 +1,7 @@
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Document/ProjectLock.h>
 #include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Jobs/ProjectFile.h>
+#include <Support/TemporaryFolder.h>
 #include <Support/TestPhotos.h>
 
 #include <gtest/gtest.h>
@@ -48,7 +48,7 @@ protected:
     }
     ProjectModel::Project onDisk() const { return Document::ProjectStore::load(path).project; }
 
-    Foundation::Testing::TemporaryFolder folder;
+    TemporaryFolder folder;
     std::filesystem::path path = folder / "trip.roamly";
     Jobs::ActionQueue queue;
     ProjectDocument document;

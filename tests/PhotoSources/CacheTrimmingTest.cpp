@@ -1,5 +1,5 @@
-#include <Foundation/TemporaryFolder.h>
 #include <PhotoSources/CacheTrimming.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Foundation::Testing::TemporaryFolder;
 using PhotoSources::CacheTrimming::removeFile;
 using PhotoSources::CacheTrimming::trim;
 

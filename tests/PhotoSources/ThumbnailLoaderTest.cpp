@@ -1,7 +1,7 @@
 #include <Foundation/AtomicFile.h>
-#include <Foundation/TemporaryFolder.h>
 #include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/ThumbnailLoader.h>
+#include <Support/TemporaryFolder.h>
 #include <Support/TestPhotos.h>
 
 #include <gtest/gtest.h>
@@ -21,7 +21,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using Foundation::Image;
-using Foundation::Testing::TemporaryFolder;
 using PhotoSources::ThumbnailLoader;
 
 class ThumbnailLoaderTest : public testing::Test {

@@ -1,8 +1,8 @@
 #include <Foundation/Bookmark.h>
 #include <Foundation/BookmarkedFile.h>
 #include <Foundation/Cancellation.h>
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Platform/PhotoFiles.h>
+#include <Support/TemporaryFolder.h>
 #include <Support/TestPhotos.h>
 
 #include <gmock/gmock.h>
@@ -18,7 +18,6 @@ namespace {
 namespace fs = std::filesystem;
 namespace PhotoFiles = Platform::PhotoFiles;
 using Foundation::Uuid;
-using Foundation::Testing::TemporaryFolder;
 using ProjectModel::FilePhotoRef;
 using ProjectModel::PhotoItem;
 using testing::ElementsAre;

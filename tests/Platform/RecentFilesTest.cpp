@@ -1,7 +1,7 @@
 #include <Foundation/AtomicFile.h>
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Platform/FileUri.h>
 #include <Roamly/Platform/RecentFiles.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,7 +12,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Foundation::Testing::TemporaryFolder;
 using Platform::RecentFiles;
 using testing::ElementsAre;
 using testing::HasSubstr;

@@ -1,6 +1,6 @@
 #include <Foundation/AtomicFile.h>
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Platform/RecoveryStore.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -17,7 +17,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using Foundation::Instant;
-using Foundation::Testing::TemporaryFolder;
 using Platform::Recovery;
 using Platform::RecoverySlot;
 using Platform::RecoveryStore;

@@ -1,5 +1,5 @@
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Platform/RenewedResolver.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,6 @@
 namespace {
 
 using namespace std::chrono_literals;
-using Foundation::Testing::TemporaryFolder;
 using Platform::RenewedResolver;
 
 TEST(RenewedResolverTest, SearchesATreeOnceALifetimeAndAfreshAfterIt) {

@@ -12,7 +12,6 @@
 
 using Document::AppSettings;
 using Document::findUserSetting;
-using Foundation::Testing::TemporaryFolder;
 using Platform::SettingsStore;
 
 namespace {

@@ -1,6 +1,6 @@
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Jobs/ActionQueue.h>
 #include <Roamly/Platform/ThumbnailRequests.h>
+#include <Support/TemporaryFolder.h>
 #include <Support/TestPhotos.h>
 
 #include <gmock/gmock.h>
@@ -20,7 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 using Foundation::Image;
 using Foundation::Uuid;
-using Foundation::Testing::TemporaryFolder;
 using Platform::Thumbnail;
 using Platform::ThumbnailProvider;
 using Platform::ThumbnailRequests;

@@ -1,7 +1,7 @@
-#include <Foundation/TemporaryFolder.h>
 #include <ProjectModel/IdentityKeys.h>
 #include <ProjectModel/Project.h>
 #include <ProjectModel/RandomProject.h>
+#include <Support/TemporaryFolder.h>
 
 #include <gtest/gtest.h>
 
@@ -52,7 +52,7 @@ TEST(IdentityKeysTest, TellsWhichPhotosHaveNone) {
 }
 
 TEST(IdentityKeysTest, WorkedOutTheyAreTheKeysThatTheDiskGives) {
-    const Foundation::Testing::TemporaryFolder folder;
+    const TemporaryFolder folder;
     std::ofstream{folder / "a.jpg"} << "a";
     const PhotoRef before =
         FilePhotoRef{.bookmark = Foundation::makeBookmark(folder / "a.jpg").value(), .displayName = "a.jpg"};

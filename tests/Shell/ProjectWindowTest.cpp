@@ -280,7 +280,7 @@ TEST_F(ProjectWindowTest, MissingPhotosAreListedAndFoundAgainWithoutAStep) {
         waitFor([&] { return !window.isWindowModified(); });
     }
     // Away from where a search would look.
-    const Foundation::Testing::TemporaryFolder elsewhere;
+    const TemporaryFolder elsewhere;
     std::filesystem::copy(folder / "trip", elsewhere / "moved");
     std::filesystem::remove_all(folder / "trip");
 

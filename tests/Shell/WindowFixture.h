@@ -1,11 +1,11 @@
 #pragma once
 
-#include <Foundation/TemporaryFolder.h>
 #include <Roamly/Document/ProjectStore.h>
 #include <Roamly/Platform/MachineImport.h>
 #include <Roamly/Platform/PhotoFiles.h>
 #include <Roamly/Window/Shell/ProjectWindow.h>
 #include <Roamly/Window/Shell/Windows.h>
+#include <Support/TemporaryFolder.h>
 #include <Support/TestPhotos.h>
 
 #include <gtest/gtest.h>
@@ -136,7 +136,7 @@ protected:
         return false;
     }
 
-    Foundation::Testing::TemporaryFolder folder;
+    TemporaryFolder folder;
     Document::AppSettings settings;
     Shell::WindowServices services;
     std::filesystem::path recovery = folder / "recovered.roamly";
