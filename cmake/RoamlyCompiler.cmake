@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: the Roamly developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Language level, warnings and sanitizers, carried by one INTERFACE target that every module links.
 add_library(roamly_compiler INTERFACE)
 target_compile_features(roamly_compiler INTERFACE cxx_std_20)

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: the Roamly developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # Every foreign library in one place. A module links what it needs, privately.
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)

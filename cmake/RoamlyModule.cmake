@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: the Roamly developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # One folder under src/ is one static library, one namespace and one set of allowed dependencies.
 #
 #   roamly_module(Timeline USES ProjectModel LINKS PkgConfig::zimg)

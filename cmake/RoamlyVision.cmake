@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: the Roamly developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 # The library that runs the networks of the analysis: ONNX Runtime, the system's where it has one. Otherwise it comes
 # from the packages in data/manifest.json, fetched once, when configuring, and is installed beside the program.
 

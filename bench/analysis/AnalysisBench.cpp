@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Analyses a folder of photos and prints photos per second: decoding alone, the vision network alone, finding
 // faces alone, aesthetics alone, and a whole run with its memory; and how much longer the run takes than
 // decoding. Where the folder has a manifest.json with labels, it also prints how well the distances of prints

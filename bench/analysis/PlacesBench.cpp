@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Prints how the clusterer grows from 1,000 to 100,000 photos of a year, and how many coordinates a second
 // the gazetteer names.
 

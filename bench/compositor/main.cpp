@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Prints what one frame costs on one thread: median CPU milliseconds over a slow pan, photos as large as the
 // export loads them.
 #include <Frames/Compositor.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Decodes twelve-megapixel JPEGs to a bound and, over the same files, has vipsthumbnail do so in one process:
 // once writing JPEGs, as it does by itself, and once writing plain samples, which takes its encoder out. All
 // run as children, in turn, with the files in the page cache; the best of the rounds counts. Usage:

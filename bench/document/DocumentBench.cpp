@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Edits a large open document as a window does, with a listener that follows, and measures what the edit, its
 // undo and its redo take, with what the step is said to hold and what it holds of the heap. The best of the
 // rounds counts. Usage: bench-document [photos] [rounds]

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Measures the export against the encoder alone on the very same frames, and against other programs that make
 // the like. Every contender is a process of its own, so that memory and processor time are its own.
 

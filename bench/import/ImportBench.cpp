@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Imports a folder of JPEGs with EXIF dates and positions and, over the same files, has the exiv2 command
 // print the same six tags in one process. Both run as children, in turn, with the files in the page cache;
 // the best of the rounds counts. Usage: bench-import [number of files] [rounds]

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Makes thumbnails of a folder's photos and, over the same files, has vipsthumbnail do so in one process;
 // both as children, in turn, with the files in the page cache, the best of the rounds counting. Then how fast
 // they come from the cache, and what 20,000 photos cost that are scrolled through. Usage: bench-thumbnails

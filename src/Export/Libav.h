@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #pragma once
 
 // FFmpeg's libraries as this module uses them: owning pointers and error texts. Included by .cpp files and by

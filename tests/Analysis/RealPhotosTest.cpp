@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Over real photos, where there are some: ROAMLY_TEST_PHOTOS names a folder with a manifest.json that says
 // what each of them shows.
 #include "PaintedPhotos.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <PhotoSources/HeifContainer.h>
 #include <PhotoSources/HeifDecoder.h>
 #include <PhotoSources/HeifMaking.h>

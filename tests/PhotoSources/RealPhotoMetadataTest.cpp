@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Runs over a folder of real photos with a manifest of what is known about each, named by ROAMLY_TEST_PHOTOS.
 
 #include <Foundation/Bookmark.h>

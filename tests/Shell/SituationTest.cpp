@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <Roamly/Window/Shell/Actions.h>
 #include <Roamly/Window/Shell/MainToolBar.h>
 #include <Roamly/Window/Shell/Menus.h>

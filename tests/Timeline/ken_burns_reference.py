@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: the Roamly developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Prints the motion of some photos, computed apart from the program, for KenBurnsTest.cpp."""
 
 import struct

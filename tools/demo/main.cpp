@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // make-demo-trip OUTDIR: writes the photos, the music and demo.tsv of the sample trip.
 
 #include "Brushes.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Makes the files of src/Analysis/GazetteerFormat.h from tables of GeoNames, polygons and country names.
 //
 //   gazetteer-builder PACKAGES CORRECTIONS GAZETTEER LAND-BORDERS

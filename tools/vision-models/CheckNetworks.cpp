@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Shows the networks a picture and compares what they answer with known answers.
 //
 //     check-networks FOLDER ANSWERS

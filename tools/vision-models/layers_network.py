@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: the Roamly developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Reads TensorFlow.js layers models and turns them into ONNX, as far as ResNet-50 needs it."""
 import json
 import sys

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: the Roamly developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Reads TensorFlow Lite networks and turns them into ONNX, as far as the networks of the analysis need it."""
 import struct
 import sys

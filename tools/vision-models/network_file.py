@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: the Roamly developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Writes network files as src/Analysis/NetworkFile reads them: a header of three 64-bit little-endian numbers, a magic
 one, the number of bytes that follow and their checksum, then the network."""
 import json

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <Export/VideoExporter.h>
 #include <Foundation/Cancellation.h>
 #include <Roamly/CommandLine/BashCompletion.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <PhotoSources/ImageDecoder.h>
 #include <Roamly/Platform/AppImageProvider.h>
 #include <Roamly/Platform/ProcessSetup.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <Roamly/Platform/ProcessSetup.h>
 #include <Roamly/Platform/ThumbnailProvider.h>
 #include <Roamly/Platform/UserFolders.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <Roamly/Window/Theme/DarkMode.h>
 #include <Roamly/Window/Theme/Icons.h>
 #include <Roamly/Window/Theme/Style.h>
