@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: the Roamly developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include <Foundation/DisplayText.h>
 #include <Roamly/Document/ProjectStore.h>
 #include <Roamly/Window/Shell/ApplicationSheets.h>
+#include <Roamly/Window/Shell/Players.h>
 #include <Roamly/Window/Shell/ProjectWindow.h>
 #include <Roamly/Window/Shell/Questions.h>
 #include <Roamly/Window/Shell/Windows.h>
@@ -28,7 +30,10 @@ std::filesystem::path place(const std::filesystem::path& path) {
 Windows::Windows(WindowServices services, QObject* parent)
     : QObject(parent)
     , m_services(std::move(services))
-    , m_sheets(new ApplicationSheets(m_services, this)) {}
+    , m_sheets(new ApplicationSheets(m_services, this))
+    , m_players(new Players(m_services, this)) {
+    connect(m_players, &Players::allClosed, this, &Windows::tellIfAllClosed);
+}
 
 Windows::~Windows() {
     for (ProjectWindow* const window : std::exchange(m_windows, {}))
@@ -48,7 +53,27 @@ void Windows::carryOut(const LaunchRequest& request, const QString& activationTo
             window.importPhotos(files->photos);
         }
     } else if (const auto* const play = std::get_if<PlayProject>(&request)) {
-        bringForward(play->project ? open(*play->project) : openNew(), activationToken);
+        this->play(*play, activationToken);
+    }
+}
+
+void Windows::play(const PlayProject& request, const QString& activationToken) {
+    if (request.project)
+        return play(*request.project, request.from, request.inWindow);
+    ProjectWindow& window = openNew();
+    bringForward(window, activationToken);
+    m_services.choosers.project(&window, [this, request](const std::filesystem::path& project) {
+        play(project, request.from, request.inWindow);
+    });
+}
+
+void Windows::play(const std::filesystem::path& project, double from, bool inWindow) {
+    try {
+        const QString name = QString::fromStdString(Foundation::displayText(project.stem()));
+        m_players->play(Document::ProjectStore::load(project).project, name, from, inWindow);
+    } catch (const Document::ProjectStoreError&) {
+        // Its window tells why it cannot be read.
+        bringForward(open(project), {});
     }
 }
 
@@ -106,8 +131,10 @@ void Windows::recover(const LeftOver& leftOver) {
 }
 
 void Windows::quit() {
-    if (m_windows.empty())
-        return Q_EMIT allClosed();
+    if (m_windows.empty()) {
+        m_players->closeAll();
+        return tellIfAllClosed();
+    }
     m_isQuitting = true;
     m_windows.back()->close();
 }
@@ -118,6 +145,9 @@ ProjectWindow& Windows::add(const MakeRecoveryPlace& recovery) {
     connect(window, &ProjectWindow::newWanted, this, [this] { (void)openNew(); });
     connect(window, &ProjectWindow::openWanted, this,
             [this](const std::filesystem::path& path) { bringForward(open(path), {}); });
+    connect(window, &ProjectWindow::playWanted, this, [this, window] {
+        m_players->play(window->document().project(), window->flow().name(), 0, false);
+    });
     connect(window, &ProjectWindow::settingsWanted, m_sheets, &ApplicationSheets::showSettings);
     connect(window, &ProjectWindow::helpWanted, m_sheets, &ApplicationSheets::showHelp);
     connect(window, &ProjectWindow::quitWanted, this, &Windows::quit);
@@ -140,10 +170,15 @@ void Windows::bringForward(ProjectWindow& window, const QString& activationToken
 void Windows::remove(ProjectWindow* window) {
     std::erase(m_windows, window);
     window->deleteLater();
-    if (m_windows.empty())
-        Q_EMIT allClosed();
+    if (m_windows.empty() && !m_isQuitting)
+        tellIfAllClosed();
     else if (m_isQuitting)
         quit();
+}
+
+void Windows::tellIfAllClosed() {
+    if (m_windows.empty() && m_players->areAllClosed())
+        Q_EMIT allClosed();
 }
 
 } // namespace Shell

@@ -15,6 +15,7 @@
 namespace Shell {
 
 class ApplicationSheets;
+class Players;
 class ProjectWindow;
 
 /// The program's windows: one for each open project.
@@ -41,17 +42,21 @@ public:
     [[nodiscard]] const std::vector<ProjectWindow*>& all() const { return m_windows; }
 
 Q_SIGNALS:
-    /// The last one closed.
+    /// The last one closed, players too.
     void allClosed();
 
 private:
     ProjectWindow& add(const MakeRecoveryPlace& recovery);
     void bringForward(ProjectWindow& window, const QString& activationToken);
     void remove(ProjectWindow* window);
+    void play(const PlayProject& request, const QString& activationToken);
+    void play(const std::filesystem::path& project, double from, bool inWindow);
+    void tellIfAllClosed();
 
     WindowServices m_services;
     std::vector<ProjectWindow*> m_windows;
     ApplicationSheets* m_sheets;
+    Players* m_players;
     bool m_isQuitting = false;
 };
 
