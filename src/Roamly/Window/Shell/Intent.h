@@ -19,6 +19,8 @@ enum class Intent {
     selectNone,
     find,
     settings,
+    openPhoto,
+    compareGroup,
     toggleInFilm,
     editCaption,
     setPlace,
