@@ -4,6 +4,7 @@
 #pragma once
 
 #include <Roamly/Document/ProjectStore.h>
+#include <Roamly/Platform/AppImageProvider.h>
 #include <Roamly/Platform/MachineImport.h>
 #include <Roamly/Platform/PhotoFiles.h>
 #include <Roamly/Window/Shell/ProjectWindow.h>
@@ -66,6 +67,11 @@ protected:
         services.notify = [this](const QString&, const QString& text) { notified = text; };
         services.keepAwake = [](const QString&) { return std::shared_ptr<void>{}; };
         services.showInFiles = [](const std::filesystem::path&) {};
+        services.photo = [](const ProjectModel::PhotoRef& photo, int pixels) {
+            return Platform::AppImageProvider{pixels}.image(photo);
+        };
+        services.showsDetails = [this] { return showsDetails; };
+        services.setShowsDetails = [this](bool shows) { showsDetails = shows; };
         services.usesNativeDialogs = [] { return false; };
         services.setUsesNativeDialogs = [](bool) {};
         services.thumbnails =
@@ -153,5 +159,6 @@ protected:
     std::filesystem::path savingProposed;
     QString saveSentence;
     QString notified;
+    bool showsDetails = false;
     std::atomic<bool> holdsAnalysis = false;
 };

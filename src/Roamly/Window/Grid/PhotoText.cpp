@@ -61,6 +61,14 @@ QString description(const PhotoItem& photo, std::size_t groupSize, const QTimeZo
     return parts.join(QStringLiteral(", "));
 }
 
+QString whyNoFile(const PhotoItem& photo) {
+    if (photo.isMissing)
+        return QStringLiteral("The photo’s file is missing");
+    if (!std::holds_alternative<ProjectModel::FilePhotoRef>(photo.source))
+        return QStringLiteral("The photo is in a photo library");
+    return {};
+}
+
 QString moment(Foundation::Instant instant, const QTimeZone& zone) {
     const QDateTime when = local(instant, zone);
     return dated(when.date(), QStringLiteral("d MMMM yyyy ")) + when.time().toString(QStringLiteral("HH:mm"));

@@ -25,6 +25,9 @@ namespace Grid::PhotoText {
 [[nodiscard]] QString description(const ProjectModel::PhotoItem& photo, std::size_t groupSize,
                                   const QTimeZone& zone);
 
+/// Why the photo's file cannot be shown; empty when it can.
+[[nodiscard]] QString whyNoFile(const ProjectModel::PhotoItem& photo);
+
 /// "14 May 2024 16:22"
 [[nodiscard]] QString moment(Foundation::Instant instant, const QTimeZone& zone);
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include <Roamly/Window/Grid/PhotoMenu.h>
+#include <Roamly/Window/Grid/PhotoText.h>
 #include <Roamly/Window/Grid/ReviewPane.h>
 #include <Roamly/Window/Theme/Colours.h>
 
@@ -14,7 +15,6 @@
 #include <algorithm>
 #include <set>
 #include <utility>
-#include <variant>
 
 namespace Grid {
 
@@ -141,10 +141,8 @@ void ReviewPane::showMenu(const QPoint& globalPosition) {
         const ProjectModel::PhotoItem& photo = m_photos.photo(row);
         state.areAllInTheFilm &= photo.isSelected;
         state.isInGroup |= m_photos.groupSize(row) > 1;
-        if (photo.isMissing)
-            state.whyNoFile = QStringLiteral("The photo’s file is missing");
-        else if (!std::holds_alternative<ProjectModel::FilePhotoRef>(photo.source))
-            state.whyNoFile = QStringLiteral("The photo is in a photo library");
+        if (const QString reason = PhotoText::whyNoFile(photo); !reason.isEmpty())
+            state.whyNoFile = reason;
     }
     const Uuid first = chosen.front();
     auto* menu = new PhotoMenu{state, this};
@@ -181,6 +179,10 @@ void ReviewPane::setLoupe(QWidget* loupe) {
     delete m_loupe;
     m_loupe = loupe;
     m_pages->addWidget(loupe);
+}
+
+bool ReviewPane::isLoupeShown() const {
+    return m_loupe && m_pages->currentWidget() == m_loupe;
 }
 
 void ReviewPane::showLoupe(bool isShown) {

@@ -50,6 +50,7 @@ public:
     /// A view that takes the grid's place while it is shown; the pane owns it.
     void setLoupe(QWidget* loupe);
     void showLoupe(bool isShown);
+    [[nodiscard]] bool isLoupeShown() const;
 
 Q_SIGNALS:
     void chosenChanged();

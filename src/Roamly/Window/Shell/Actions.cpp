@@ -44,13 +44,17 @@ const std::array rows{
     Row{Intent::selectNone, "Select &None", "", noKey, "Ctrl+Shift+A", ""},
     Row{Intent::find, "&Find…", "search", QKeySequence::Find, "Ctrl+F", "Search captions, places and files"},
     Row{Intent::settings, "Se&ttings…", "settings", noKey, "Ctrl+,", ""},
-    Row{Intent::toggleInFilm, "&In the Film", "check", noKey, "",
+    Row{Intent::openPhoto, "&Open Photo", "loupe", noKey, "Return", "See the photo large"},
+    Row{Intent::compareGroup, "&Compare Group", "compare", noKey, "Ctrl+Return",
+        "See similar shots side by side"},
+    Row{Intent::toggleInFilm, "&In the Film", "check", noKey, "Space",
         "Take the chosen photos in or leave them out"},
-    Row{Intent::editCaption, "Edit &Caption", "", noKey, "", ""},
+    Row{Intent::editCaption, "Edit Cap&tion", "", noKey, "F2", ""},
     Row{Intent::setPlace, "Set &Place…", "place", noKey, "Ctrl+L", ""},
     Row{Intent::regenerateCaption, "Re&generate Caption", "captions", noKey, "Ctrl+Shift+G", ""},
     Row{Intent::showInFiles, "S&how in Files", "show-in-files", noKey, "", ""},
-    Row{Intent::remove, "&Remove from Project", "trash", noKey, "", "The photo’s file stays where it is"},
+    Row{Intent::remove, "&Remove from Project", "trash", noKey, "Delete",
+        "The photo’s file stays where it is"},
     Row{Intent::sortByDate, "&Sort by Date", "sort", noKey, "", "Take the order made by hand back"},
     Row{Intent::analyze, "&Analyze", "analyze", noKey, "Ctrl+Shift+L",
         "Find locations, group duplicates, and pick the best shots"},
@@ -77,6 +81,13 @@ const std::array rows{
     Row{Intent::shortcuts, "&Keyboard Shortcuts", "", noKey, "Ctrl+?", ""},
     Row{Intent::about, "&About Roamly", "", noKey, "", ""},
 };
+
+/// Their keys belong to the photos that have the keyboard, which know them: elsewhere the same keys press
+/// buttons and edit texts.
+bool belongsToPhotos(Intent intent) {
+    return intent == Intent::openPhoto || intent == Intent::toggleInFilm || intent == Intent::editCaption ||
+           intent == Intent::remove;
+}
 
 const Row& rowOf(Intent intent) {
     for (const Row& row : rows) {
@@ -114,7 +125,7 @@ Actions::Actions(QObject* parent)
         if (*row.icon != '\0')
             action->setIcon(Theme::icon(QString::fromUtf8(row.icon)));
         action->setShortcuts(keysOf(row));
-        action->setShortcutContext(Qt::WindowShortcut);
+        action->setShortcutContext(belongsToPhotos(row.intent) ? Qt::WidgetShortcut : Qt::WindowShortcut);
         action->setObjectName(plain(action->text()));
         connect(action, &QAction::triggered, this, [this, intent = row.intent] { Q_EMIT wanted(intent); });
         m_actions.emplace(row.intent, action);

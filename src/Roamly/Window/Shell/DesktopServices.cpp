@@ -3,6 +3,7 @@
 
 #include <ProjectModel/ProjectFile.h>
 #include <Roamly/Document/SettingsTable.h>
+#include <Roamly/Platform/AppImageProvider.h>
 #include <Roamly/Platform/FileManager.h>
 #include <Roamly/Platform/Notifications.h>
 #include <Roamly/Platform/PhotoFiles.h>
@@ -53,6 +54,7 @@ private:
     std::optional<Document::AppSettings> m_settings;
 };
 
+const QString detailsShown = QStringLiteral("details");
 const QString nativeDialogs = QStringLiteral("nativeFileDialogs");
 
 /// What only the window knows of, beside the settings that commands share.
@@ -111,6 +113,11 @@ WindowServices desktopServices() {
     services.usesNativeDialogs = [] { return windowSettings().value(nativeDialogs, true).toBool(); };
     services.setUsesNativeDialogs = [](bool uses) { windowSettings().setValue(nativeDialogs, uses); };
     services.choosers = desktopFileChoosers(services.usesNativeDialogs());
+    services.photo = [](const ProjectModel::PhotoRef& photo, int pixels) {
+        return Platform::AppImageProvider{pixels}.image(photo);
+    };
+    services.showsDetails = [] { return windowSettings().value(detailsShown, false).toBool(); };
+    services.setShowsDetails = [](bool shows) { windowSettings().setValue(detailsShown, shows); };
     services.thumbnails = Platform::ThumbnailProvider::shared();
     services.recentProjects = [] {
         return Platform::RecentFiles{Platform::RecentFiles::usualPlaces()}.list();

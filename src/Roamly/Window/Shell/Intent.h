@@ -22,6 +22,8 @@ enum class Intent {
     selectNone,
     find,
     settings,
+    openPhoto,
+    compareGroup,
     toggleInFilm,
     editCaption,
     setPlace,

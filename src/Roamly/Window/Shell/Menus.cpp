@@ -4,6 +4,7 @@
 #include <Roamly/Window/Shell/Actions.h>
 #include <Roamly/Window/Shell/Menus.h>
 
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <initializer_list>
@@ -23,6 +24,23 @@ void add(QMenu& menu, const Actions& actions, std::initializer_list<std::optiona
     }
 }
 
+/// Lets a menu bar that has the keyboard be worked by keys that stand for actions elsewhere.
+class OwnKeys : public QObject {
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() != QEvent::ShortcutOverride)
+            return false;
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key != Qt::Key_Space && key != Qt::Key_Return)
+            return false;
+        event->accept();
+        return true;
+    }
+};
+
 QMenu& addMenu(QMenuBar& bar, const QString& title) {
     QMenu* const menu = bar.addMenu(title);
     menu->setToolTipsVisible(true);
@@ -33,6 +51,7 @@ QMenu& addMenu(QMenuBar& bar, const QString& title) {
 
 void fillMenuBar(QMenuBar& bar, const Actions& actions, const std::function<void(QMenu&)>& recent) {
     constexpr auto line = std::nullopt;
+    bar.installEventFilter(new OwnKeys{&bar});
 
     QMenu& file = addMenu(bar, QStringLiteral("&File"));
     add(file, actions, {Intent::newProject, Intent::open});
@@ -52,10 +71,10 @@ void fillMenuBar(QMenuBar& bar, const Actions& actions, const std::function<void
          Intent::settings});
 
     add(addMenu(bar, QStringLiteral("&Photos")), actions,
-        {Intent::toggleInFilm, Intent::editCaption, Intent::regenerateCaption, Intent::setPlace,
-         Intent::showInFiles, Intent::remove, line, Intent::analyze, Intent::generateCaptions,
-         Intent::captionPrompt, Intent::resetAnalysis, line, Intent::sortByDate, Intent::locateMissing,
-         Intent::manageSources});
+        {Intent::openPhoto, Intent::compareGroup, line, Intent::toggleInFilm, Intent::editCaption,
+         Intent::regenerateCaption, Intent::setPlace, Intent::showInFiles, Intent::remove, line,
+         Intent::analyze, Intent::generateCaptions, Intent::captionPrompt, Intent::resetAnalysis, line,
+         Intent::sortByDate, Intent::locateMissing, Intent::manageSources});
 
     add(addMenu(bar, QStringLiteral("&Slideshow")), actions,
         {Intent::play, Intent::exportMovie, line, Intent::chooseMusic, Intent::noMusic, line,

@@ -71,7 +71,10 @@ void ProjectWindow::build() {
     for (const auto& [intent, action] : m_actions.all())
         addAction(action);
 
-    m_review = new ReviewArea(m_document, m_services.thumbnails);
+    m_review = new ReviewArea(m_document, m_services.thumbnails, m_services.photo);
+    const bool showsDetails = m_services.showsDetails();
+    m_actions[Intent::details]->setChecked(showsDetails);
+    m_review->showDetails(showsDetails);
     m_banner = new Sheets::PrivacyBanner;
     m_empty = new EmptyState;
     m_pages = new QStackedWidget;
@@ -157,6 +160,9 @@ void ProjectWindow::notice(const QString& text) {
 }
 
 void ProjectWindow::carryOut(Intent intent) {
+    // What is being typed counts as written, for whatever is done with the project now.
+    if (intent != Intent::editCaption)
+        m_review->finishEditing();
     switch (intent) {
     case Intent::newProject:
         return Q_EMIT newWanted();
@@ -241,8 +247,15 @@ void ProjectWindow::carryOut(Intent intent) {
     case Intent::locateMissing:
         return m_services.choosers.folderOfMissing(
             this, [this](const std::filesystem::path& folder) { m_missingPhotos.locate(folder); });
-    case Intent::details:
-        return;
+    case Intent::openPhoto:
+        return m_review->openPhoto();
+    case Intent::compareGroup:
+        return m_review->compareGroup();
+    case Intent::details: {
+        const bool isShown = m_actions[Intent::details]->isChecked();
+        m_services.setShowsDetails(isShown);
+        return m_review->showDetails(isShown);
+    }
     }
 }
 
@@ -289,6 +302,7 @@ void ProjectWindow::showSummary() {
 Situation ProjectWindow::situation() const {
     Situation now = situationOf(m_document, m_services.settings());
     now.marked = m_review->marked().size();
+    now.isMarkedInGroup = m_review->isMarkedInGroup();
     now.hasFile = m_flow.file().path().has_value();
     now.isImporting = m_work.isRunning(WorkKind::importing);
     now.isAnalyzing = m_work.isRunning(WorkKind::analysis);
@@ -300,6 +314,11 @@ Situation ProjectWindow::situation() const {
 void ProjectWindow::showSituation() {
     const Situation now = situation();
     m_actions.show(now);
+    // Which photo it is for is the menu's own to say.
+    Situation ofOne = now;
+    ofOne.marked = 1;
+    const ActionState caption = actionState(Intent::regenerateCaption, ofOne);
+    m_review->setWhyNoCaption(caption.isEnabled ? QString{} : QString::fromStdString(*caption.help));
     m_strips->showMissing(now.missing);
 }
 
@@ -352,6 +371,7 @@ void ProjectWindow::closeEvent(QCloseEvent* event) {
     if (m_mayClose)
         return event->accept();
     event->ignore();
+    m_review->finishEditing();
     const auto leave = [this] { m_flow.askToLeave([this] { closeForGood(); }); };
     if (!m_work.isRunning(WorkKind::exportMovie))
         return leave();

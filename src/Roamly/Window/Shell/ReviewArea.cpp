@@ -17,12 +17,16 @@ constexpr int sizeStep = 32;
 } // namespace
 
 ReviewArea::ReviewArea(Document::ProjectDocument& document,
-                       std::shared_ptr<Platform::ThumbnailProvider> thumbnails, QWidget* parent)
+                       std::shared_ptr<Platform::ThumbnailProvider> thumbnails, Grid::LargePhotos::Load photo,
+                       QWidget* parent)
     : QWidget(parent)
     , m_thumbnails(std::move(thumbnails))
     , m_pane(new Grid::ReviewPane(document, m_thumbnails))
-    , m_subscription(
-          document.addListener([this](const Document::ProjectDifference&) { m_pane->refresh(); })) {
+    , m_closeUp(*m_pane, document, m_thumbnails, std::move(photo))
+    , m_subscription(document.addListener([this](const Document::ProjectDifference&) {
+        m_pane->refresh();
+        m_closeUp.refresh();
+    })) {
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_pane);
@@ -60,7 +64,38 @@ void ReviewArea::find() {
 }
 
 void ReviewArea::editCaption() {
+    while (m_closeUp.leave()) {
+    }
     m_pane->grid().editCurrentCaption();
+}
+
+void ReviewArea::finishEditing() {
+    m_pane->grid().finishEditing();
+    m_closeUp.finishEditing();
+}
+
+void ReviewArea::openPhoto() {
+    const std::vector<Foundation::Uuid> chosen = m_pane->grid().chosen();
+    if (chosen.size() == 1)
+        m_closeUp.openPhoto(chosen.front());
+}
+
+void ReviewArea::compareGroup() {
+    const std::vector<Foundation::Uuid> chosen = m_pane->grid().chosen();
+    if (chosen.size() == 1)
+        m_closeUp.compareGroup(chosen.front());
+}
+
+bool ReviewArea::isMarkedInGroup() const {
+    const std::vector<Foundation::Uuid> chosen = m_pane->grid().chosen();
+    if (chosen.size() != 1)
+        return false;
+    const std::optional<int> row = m_pane->photos().rowOf(chosen.front());
+    return row && m_pane->photos().groupSize(*row) > 1;
+}
+
+void ReviewArea::showDetails(bool isShown) {
+    m_closeUp.showDetails(isShown);
 }
 
 void ReviewArea::resizePhotos(int steps) {

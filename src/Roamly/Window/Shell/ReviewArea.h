@@ -5,6 +5,7 @@
 
 #include <Foundation/Uuid.h>
 #include <Roamly/Document/ProjectDocument.h>
+#include <Roamly/Window/Grid/CloseUp.h>
 #include <Roamly/Window/Grid/ReviewPane.h>
 #include <Roamly/Window/Shell/Thumbnails.h>
 
@@ -21,9 +22,9 @@ class ReviewArea : public QWidget {
     Q_OBJECT
 
 public:
-    /// Borrows the document.
+    /// Borrows the document. `photo` loads one for the screen.
     ReviewArea(Document::ProjectDocument& document, std::shared_ptr<Platform::ThumbnailProvider> thumbnails,
-               QWidget* parent = nullptr);
+               Grid::LargePhotos::Load photo, QWidget* parent = nullptr);
     ~ReviewArea() override;
 
     /// What the actions on photos apply to.
@@ -32,6 +33,12 @@ public:
     void selectNone();
     void find();
     void editCaption();
+    /// Hands on a caption that is being typed.
+    void finishEditing();
+    void openPhoto();
+    void compareGroup();
+    [[nodiscard]] bool isMarkedInGroup() const;
+    void showDetails(bool isShown);
     void resizePhotos(int steps);
     /// Empty when a caption may be regenerated.
     void setWhyNoCaption(const QString& reason);
@@ -48,6 +55,7 @@ Q_SIGNALS:
 private:
     Thumbnails m_thumbnails;
     Grid::ReviewPane* m_pane;
+    Grid::CloseUp m_closeUp;
     Document::ProjectDocument::Subscription m_subscription;
 };
 

@@ -31,6 +31,8 @@ ActionState generateCaptions(const Situation& now) {
 }
 
 ActionState regenerateCaption(const Situation& now) {
+    if (!now.allowsAICaptions)
+        return only(false, now.captionsHelp);
     if (now.isCaptioning)
         return only(false, "Captions are being generated already");
     return only(now.marked == 1, "Choose one photo first");
@@ -79,9 +81,12 @@ ActionState actionState(Intent intent, const Situation& now) {
     case Intent::setPlace:
     case Intent::remove:
         return only(now.marked > 0, "Choose photos first");
+    case Intent::openPhoto:
     case Intent::editCaption:
     case Intent::showInFiles:
         return only(now.marked == 1, "Choose one photo first");
+    case Intent::compareGroup:
+        return only(now.isMarkedInGroup, "Choose a photo that has similar shots first");
     case Intent::regenerateCaption:
         return regenerateCaption(now);
     case Intent::sortByDate:

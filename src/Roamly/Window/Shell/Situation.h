@@ -21,6 +21,8 @@ struct Situation {
     std::size_t selected = 0;
     /// Chosen in the grid, for the actions on photos.
     std::size_t marked = 0;
+    /// One photo is chosen, and it has similar shots.
+    bool isMarkedInGroup = false;
     std::size_t missing = 0;
     std::optional<std::string> undoName;
     std::optional<std::string> redoName;

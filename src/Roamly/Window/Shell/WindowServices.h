@@ -7,6 +7,7 @@
 #include <Roamly/Document/AppSettings.h>
 #include <Roamly/Jobs/PhotoFileCheck.h>
 #include <Roamly/Platform/ThumbnailProvider.h>
+#include <Roamly/Window/Grid/LargePhotos.h>
 #include <Roamly/Window/Shell/FileChoosers.h>
 #include <Roamly/Window/Shell/RecoveryKeeper.h>
 #include <Roamly/Window/Shell/Work.h>
@@ -35,6 +36,11 @@ struct WindowServices {
     /// Whether file dialogs are the desktop's own.
     std::function<bool()> usesNativeDialogs;
     std::function<void(bool)> setUsesNativeDialogs;
+    /// A photo for the screen, its longest side at most so many pixels; nothing when that fails. Any thread.
+    Grid::LargePhotos::Load photo;
+    /// Whether details are shown beside the photos.
+    std::function<bool()> showsDetails;
+    std::function<void(bool)> setShowsDetails;
     /// Of all windows; null in tests that show no photo.
     std::shared_ptr<Platform::ThumbnailProvider> thumbnails;
     std::function<std::vector<std::filesystem::path>()> recentProjects;
