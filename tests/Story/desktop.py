@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: the Roamly developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """A desktop of one's own: a screen, a session bus and a window manager that nobody else sees, with folders to go with
 them, all gone at the end whatever happens."""
 

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: the Roamly developers
+# SPDX-License-Identifier: GPL-3.0-or-later
+
 """Windows as a screen reader finds them: by role and name alone. To be imported on a desktop that has a session bus."""
 
 import gi
