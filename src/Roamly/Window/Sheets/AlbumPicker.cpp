@@ -5,6 +5,7 @@
 #include <Roamly/Window/Sheets/Alerts.h>
 #include <Roamly/Window/Sheets/Labels.h>
 #include <Roamly/Window/Sheets/Quantities.h>
+#include <Roamly/Window/Theme/ClearButton.h>
 #include <Roamly/Window/Theme/Icons.h>
 
 #include <QAction>
@@ -63,7 +64,7 @@ AlbumPicker::AlbumPicker(const std::vector<LibraryChoice>& libraries, QWidget* p
     setMinimumSize(560, 480);
     m_search->setAccessibleName(u"Search albums"_s);
     m_search->setPlaceholderText(u"Search albums"_s);
-    m_search->setClearButtonEnabled(true);
+    Theme::addClearButton(*m_search);
     m_search->addAction(Theme::icon(u"search"_s), QLineEdit::LeadingPosition);
     m_list->setAccessibleName(u"Albums"_s);
     m_list->setHeaderHidden(true);

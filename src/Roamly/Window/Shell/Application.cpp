@@ -32,8 +32,8 @@ QString activationToken() {
 int run(int& argumentCount, char* arguments[]) {
     const QString token = activationToken();
     QApplication application{argumentCount, arguments};
+    // No display name: Qt would add it to every title, also to that of "Roamly Help".
     QApplication::setApplicationName(QStringLiteral("Roamly"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Roamly"));
     QGuiApplication::setDesktopFileName(identifier);
     QApplication::setQuitOnLastWindowClosed(false);
 

@@ -19,6 +19,9 @@ MainToolBar::MainToolBar(const Actions& actions, QWidget* parent)
     setMovable(false);
     setContextMenuPolicy(Qt::PreventContextMenu);
     setIconSize({24, 24});
+    // Qt's own button for what does not fit, which it gives no name.
+    if (auto* const overflow = findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button")))
+        overflow->setAccessibleName(QStringLiteral("More Buttons"));
 
     auto* const importing = new QMenu(this);
     importing->addAction(actions[Intent::importFolder]);
