@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <Roamly/Document/ProjectDocument.h>
 #include <Roamly/Window/Grid/CloseUp.h>
 #include <Roamly/Window/Grid/Comparison.h>

@@ -12,7 +12,8 @@ namespace Document {
 namespace {
 
 std::string twoDigits(long long value) {
-    return (value < 10 ? "0" : "") + std::to_string(value);
+    const std::string digits = std::to_string(value);
+    return std::string(digits.size() < 2 ? 1U : 0U, '0').append(digits);
 }
 
 } // namespace

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <Export/AudioGain.h>
 #include <Export/ExportError.h>
 #include <Roamly/Player/MusicStream.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <Roamly/Window/Grid/DetailsPanel.h>
 #include <Roamly/Window/Grid/PhotoText.h>
 #include <Roamly/Window/Theme/Colours.h>

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <Foundation/Bookmark.h>
 #include <Roamly/Document/PlaybackSettings.h>
 #include <Roamly/Window/Shell/Players.h>

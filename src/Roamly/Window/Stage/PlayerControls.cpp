@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: the Roamly developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include <Roamly/Window/Stage/PlayerControls.h>
 #include <Roamly/Window/Theme/Icons.h>
 #include <Roamly/Window/Theme/Palettes.h>
