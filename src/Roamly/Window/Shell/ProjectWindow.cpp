@@ -265,6 +265,7 @@ void ProjectWindow::showDocument() {
         m_empty->setRecentProjects(m_services.recentProjects());
     const bool photosCame = hasPhotos && m_pages->currentWidget() == m_empty;
     m_pages->setCurrentWidget(hasPhotos ? static_cast<QWidget*>(m_review) : m_empty);
+    m_review->zoom()->setVisible(hasPhotos);
     if (photosCame)
         m_review->setFocus();
     m_musicLength.follow(m_document.project());

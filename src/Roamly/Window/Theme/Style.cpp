@@ -26,6 +26,13 @@ constexpr int textPadding = 8;
 constexpr int pushButtonWidth = 88;
 constexpr int indicatorSize = 18;
 constexpr int sliderHandle = 16;
+constexpr int menuArrowWidth = 16;
+
+/// All of it, not a part of its own beside it.
+bool opensMenu(const QStyleOptionToolButton& button) {
+    return (button.features & QStyleOptionToolButton::HasMenu) &&
+           !(button.features & QStyleOptionToolButton::MenuButtonPopup);
+}
 
 } // namespace
 
@@ -109,6 +116,16 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
         return Controls::drawSpinBox(*spin, *painter,
                                      proxy()->subControlRect(control, option, SC_SpinBoxUp, widget),
                                      proxy()->subControlRect(control, option, SC_SpinBoxDown, widget));
+    if (const auto* const button = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+        button && opensMenu(*button)) {
+        QStyleOptionToolButton plain = *button;
+        plain.features.setFlag(QStyleOptionToolButton::HasMenu, false);
+        QProxyStyle::drawComplexControl(control, &plain, painter, widget);
+        const QRect end{button->rect.right() - menuArrowWidth, button->rect.top(), menuArrowWidth,
+                        button->rect.height()};
+        return Strokes::chevron(*painter, visualRect(button->direction, button->rect, end),
+                                Strokes::Direction::Down, button->palette.color(QPalette::ButtonText));
+    }
     if (const auto* const slider = qstyleoption_cast<const QStyleOptionSlider*>(option)) {
         if (control == CC_Slider && slider->tickPosition == QSlider::NoTicks)
             return Controls::drawSlider(*slider, *painter,
@@ -150,6 +167,11 @@ QSize Style::sizeFromContents(ContentsType type, const QStyleOption* option, con
     case CT_LineEdit:
         result.rwidth() += textPadding;
         return result.expandedTo({0, controlHeight});
+    case CT_ToolButton:
+        if (const auto* const button = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+            button && opensMenu(*button))
+            result.rwidth() += menuArrowWidth;
+        return result;
     case CT_SpinBox:
         result.setHeight(std::max(controlHeight, result.height() - 4));
         return result;
