@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include <Export/MusicReader.h>
+#include <Export/MusicPass.h>
 #include <Export/StereoBuffer.h>
 #include <Timeline/SlideshowTimeline.h>
 
@@ -76,7 +76,7 @@ private:
     std::size_t m_fadingIn = 0;
 
     /// The decoding thread's own.
-    std::optional<Export::MusicReader> m_reader;
+    std::optional<Export::MusicPass> m_reader;
     std::vector<Export::StereoSample> m_piece;
     /// Samples decoded of the present pass, and of a whole one once that is known.
     std::int64_t m_position = 0;
