@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include <Roamly/Window/Grid/FilterBar.h>
-#include <Roamly/Window/Theme/ClearButton.h>
+#include <Roamly/Window/Theme/SearchField.h>
 
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -31,7 +31,7 @@ FilterBar::FilterBar(QWidget* parent)
 
     m_search->setAccessibleName(QStringLiteral("Search"));
     m_search->setPlaceholderText(QStringLiteral("Search captions, places, files"));
-    Theme::addClearButton(*m_search);
+    Theme::makeSearchField(*m_search);
     m_search->setMinimumWidth(160);
     m_search->setMaximumWidth(360);
     m_search->installEventFilter(this);

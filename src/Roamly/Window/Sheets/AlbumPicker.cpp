@@ -5,10 +5,9 @@
 #include <Roamly/Window/Sheets/Alerts.h>
 #include <Roamly/Window/Sheets/Labels.h>
 #include <Roamly/Window/Sheets/Quantities.h>
-#include <Roamly/Window/Theme/ClearButton.h>
 #include <Roamly/Window/Theme/Icons.h>
+#include <Roamly/Window/Theme/SearchField.h>
 
-#include <QAction>
 #include <QEvent>
 #include <QHeaderView>
 #include <QLineEdit>
@@ -64,8 +63,7 @@ AlbumPicker::AlbumPicker(const std::vector<LibraryChoice>& libraries, QWidget* p
     setMinimumSize(560, 480);
     m_search->setAccessibleName(u"Search albums"_s);
     m_search->setPlaceholderText(u"Search albums"_s);
-    Theme::addClearButton(*m_search);
-    m_search->addAction(Theme::icon(u"search"_s), QLineEdit::LeadingPosition);
+    Theme::makeSearchField(*m_search);
     m_list->setAccessibleName(u"Albums"_s);
     m_list->setHeaderHidden(true);
     m_list->setColumnCount(2);

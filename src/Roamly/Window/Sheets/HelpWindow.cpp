@@ -4,11 +4,9 @@
 #include <Roamly/Window/Sheets/HelpPages.h>
 #include <Roamly/Window/Sheets/HelpWindow.h>
 #include <Roamly/Window/Sheets/Labels.h>
-#include <Roamly/Window/Theme/ClearButton.h>
 #include <Roamly/Window/Theme/Colours.h>
-#include <Roamly/Window/Theme/Icons.h>
+#include <Roamly/Window/Theme/SearchField.h>
 
-#include <QAction>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -48,8 +46,7 @@ HelpWindow::HelpWindow(QWidget* parent)
     resize(860, 640);
     m_search->setAccessibleName(u"Search help"_s);
     m_search->setPlaceholderText(u"Search help"_s);
-    Theme::addClearButton(*m_search);
-    m_search->addAction(Theme::icon(u"search"_s), QLineEdit::LeadingPosition);
+    Theme::makeSearchField(*m_search);
     m_list->setAccessibleName(u"Help pages"_s);
     m_list->setFrameShape(QFrame::NoFrame);
     m_list->viewport()->setAutoFillBackground(false);

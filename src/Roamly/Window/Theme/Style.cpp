@@ -121,8 +121,8 @@ void Style::drawComplexControl(ComplexControl control, const QStyleOptionComplex
         QStyleOptionToolButton plain = *button;
         plain.features.setFlag(QStyleOptionToolButton::HasMenu, false);
         QProxyStyle::drawComplexControl(control, &plain, painter, widget);
-        const QRect end{button->rect.right() - menuArrowWidth, button->rect.top(), menuArrowWidth,
-                        button->rect.height()};
+        const QRect end{button->rect.right() - menuArrowWidth - textPadding, button->rect.top(),
+                        menuArrowWidth, button->rect.height()};
         return Strokes::chevron(*painter, visualRect(button->direction, button->rect, end),
                                 Strokes::Direction::Down, button->palette.color(QPalette::ButtonText));
     }
