@@ -3,7 +3,6 @@
 
 #include <Foundation/AtomicFile.h>
 #include <PhotoSources/CacheTrimming.h>
-#include <PhotoSources/ImageDecoder.h>
 #include <PhotoSources/ImageFile.h>
 #include <PhotoSources/ThumbnailLoader.h>
 #include <PhotoSources/VipsPicture.h>
@@ -47,14 +46,16 @@ void store(const Foundation::Image& image, const std::filesystem::path& file) {
 
 } // namespace
 
-ThumbnailLoader::ThumbnailLoader(std::filesystem::path cacheDirectory)
-    : m_cacheDirectory(std::move(cacheDirectory)) {}
+ThumbnailLoader::ThumbnailLoader(std::filesystem::path cacheDirectory,
+                                 std::shared_ptr<const PhotoDecoding> decoding)
+    : m_cacheDirectory(std::move(cacheDirectory))
+    , m_decoding(std::move(decoding)) {}
 
 std::optional<Foundation::Image> ThumbnailLoader::thumbnail(const std::filesystem::path& file,
                                                             std::string_view cacheKey, int maxPixel) {
     if (std::optional<Foundation::Image> cached = cachedThumbnail(cacheKey, maxPixel))
         return cached;
-    std::optional<Foundation::Image> image = ImageDecoder::decode(file, maxPixel);
+    std::optional<Foundation::Image> image = m_decoding->decode(file, maxPixel);
     if (!image || image->isEmpty())
         return std::nullopt;
     store(*image, cacheFile(cacheKey, maxPixel));
@@ -66,7 +67,7 @@ std::optional<Foundation::Image> ThumbnailLoader::cachedThumbnail(std::string_vi
     const std::filesystem::path file = cacheFile(cacheKey, maxPixel);
     if (maxPixel < 1 || !isWholeJpeg(file))
         return std::nullopt;
-    return ImageDecoder::decode(file, maxPixel);
+    return m_decoding->decode(file, maxPixel);
 }
 
 std::filesystem::path ThumbnailLoader::cacheFile(std::string_view cacheKey, int maxPixel) const {

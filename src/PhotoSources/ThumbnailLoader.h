@@ -4,9 +4,11 @@
 #pragma once
 
 #include <Foundation/Image.h>
+#include <PhotoSources/PhotoDecoding.h>
 
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -22,7 +24,8 @@ public:
     static constexpr std::int64_t maxCacheBytes = 524'288'000;
 
     /// Touches no files; the folder is made when the first thumbnail is written.
-    explicit ThumbnailLoader(std::filesystem::path cacheDirectory);
+    explicit ThumbnailLoader(std::filesystem::path cacheDirectory,
+                             std::shared_ptr<const PhotoDecoding> decoding = decodingInProcess());
 
     /// The file's picture, upright, its longest side at most `maxPixel` pixels, from the cache or else
     /// decoded at reduced size and put there. `cacheKey` stands for this very content of this file, can be a
@@ -38,6 +41,7 @@ private:
     void enforceCacheCapIfNeeded();
 
     std::filesystem::path m_cacheDirectory;
+    std::shared_ptr<const PhotoDecoding> m_decoding;
     std::once_flag m_didEnforceCap;
 };
 

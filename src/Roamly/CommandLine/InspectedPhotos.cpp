@@ -3,16 +3,14 @@
 
 #include <Foundation/Cancellation.h>
 #include <Foundation/DisplayText.h>
-#include <PhotoSources/ImageDecoder.h>
 #include <Roamly/CommandLine/InspectedPhotos.h>
-#include <Roamly/Platform/ProcessSetup.h>
+#include <Roamly/Platform/PictureDecoding.h>
 
 namespace CommandLine {
 
 std::optional<Foundation::Image> analysedPhoto(const std::filesystem::path& file) {
     constexpr int maxPixel = 1024;
-    Platform::preparePictures();
-    return PhotoSources::ImageDecoder::decode(file, maxPixel);
+    return Platform::pictureDecoding()->decode(file, maxPixel);
 }
 
 int inspectPhotos(

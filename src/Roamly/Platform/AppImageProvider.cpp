@@ -1,9 +1,7 @@
 // SPDX-FileCopyrightText: the Roamly developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include <PhotoSources/ImageDecoder.h>
 #include <Roamly/Platform/AppImageProvider.h>
-#include <Roamly/Platform/ProcessSetup.h>
 
 #include <exception>
 #include <utility>
@@ -19,9 +17,11 @@ std::optional<Foundation::Image> nonEmpty(std::optional<Foundation::Image> image
 
 } // namespace
 
-AppImageProvider::AppImageProvider(int maxPixel, LibraryImageLoader libraryImage)
+AppImageProvider::AppImageProvider(int maxPixel, LibraryImageLoader libraryImage,
+                                   std::shared_ptr<const PhotoSources::PhotoDecoding> decoding)
     : m_maxPixel(maxPixel)
     , m_libraryImage(std::move(libraryImage))
+    , m_decoding(std::move(decoding))
     , m_resolver(std::make_shared<Foundation::BookmarkResolver>()) {}
 
 std::optional<Foundation::Image> AppImageProvider::image(const ProjectModel::PhotoRef& ref) const {
@@ -33,8 +33,7 @@ std::optional<Foundation::Image> AppImageProvider::image(const ProjectModel::Pho
             const auto path = m_resolver->resolvedFile(file->bookmark);
             if (!path)
                 return std::nullopt;
-            preparePictures();
-            return nonEmpty(PhotoSources::ImageDecoder::decode(*path, m_maxPixel));
+            return nonEmpty(m_decoding->decode(*path, m_maxPixel));
         }
         const auto& library = std::get<ProjectModel::LibraryPhotoRef>(ref);
         return m_libraryImage ? nonEmpty(m_libraryImage(library.localIdentifier, m_maxPixel)) : std::nullopt;

@@ -6,6 +6,7 @@
 #include <Foundation/Bookmark.h>
 #include <Foundation/Image.h>
 #include <ProjectModel/PhotoRef.h>
+#include <Roamly/Platform/PictureDecoding.h>
 
 #include <functional>
 #include <memory>
@@ -23,13 +24,15 @@ public:
 
     /// `maxPixel` bounds the longest side. Without a `libraryImage` loader, photo-library photos yield
     /// nothing.
-    explicit AppImageProvider(int maxPixel, LibraryImageLoader libraryImage = {});
+    explicit AppImageProvider(int maxPixel, LibraryImageLoader libraryImage = {},
+                              std::shared_ptr<const PhotoSources::PhotoDecoding> decoding = pictureDecoding());
 
     [[nodiscard]] std::optional<Foundation::Image> image(const ProjectModel::PhotoRef& ref) const;
 
 private:
     int m_maxPixel;
     LibraryImageLoader m_libraryImage;
+    std::shared_ptr<const PhotoSources::PhotoDecoding> m_decoding;
     /// Shared by all photos of one run, so that a tree is searched for moved files once.
     std::shared_ptr<Foundation::BookmarkResolver> m_resolver;
 };
