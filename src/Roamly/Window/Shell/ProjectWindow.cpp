@@ -17,12 +17,10 @@
 
 #include <QCloseEvent>
 #include <QDropEvent>
-#include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QStackedWidget>
 #include <QVBoxLayout>
-#include <algorithm>
 #include <array>
 
 namespace Shell {
