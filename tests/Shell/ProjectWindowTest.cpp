@@ -4,11 +4,15 @@
 #include "WindowFixture.h"
 
 #include <Roamly/Document/ProjectLock.h>
+#include <Roamly/Window/Grid/DetailsPanel.h>
+#include <Roamly/Window/Grid/Loupe.h>
+#include <Roamly/Window/Grid/PhotoGridView.h>
 #include <Roamly/Window/Shell/WindowCommands.h>
 
 #include <QCloseEvent>
 #include <QDir>
 #include <QPixmap>
+#include <QPlainTextEdit>
 #include <QSignalSpy>
 #include <memory>
 
@@ -387,4 +391,41 @@ TEST_F(ProjectWindowTest, ItIsPhotographed) {
     holdsAnalysis = false;
     waitFor([&] { return !window->work().isRunning(WorkKind::analysis); });
     window->grab().save(shots + QStringLiteral("/issues.png"));
+}
+
+TEST_F(ProjectWindowTest, DetailsAreShownAsTheyWereLeft) {
+    {
+        const auto window = opened();
+        auto* const details = window->findChild<Grid::DetailsPanel*>();
+        ASSERT_NE(details, nullptr);
+        EXPECT_TRUE(details->isHidden());
+        trigger(*window, Intent::details);
+        EXPECT_TRUE(details->isVisible());
+    }
+    const auto again = opened();
+    EXPECT_TRUE(again->findChild<Grid::DetailsPanel*>()->isVisible());
+    EXPECT_TRUE(again->actions()[Intent::details]->isChecked());
+}
+
+TEST_F(ProjectWindowTest, SavingTakesTheCaptionThatIsBeingTyped) {
+    showsDetails = true;
+    const auto window = opened();
+    window->findChild<Grid::PhotoGridView*>()->goTo(window->document().project().photos[1].id);
+    auto* const caption = window->findChild<QPlainTextEdit*>();
+    ASSERT_NE(caption, nullptr);
+    caption->setFocus();
+    QTest::keyClicks(caption, "Tram 28");
+    window->actions()[Intent::save]->setEnabled(true);
+    window->actions()[Intent::save]->trigger();
+    waitFor([&] { return onDisk().photos[1].caption == "Tram 28"; });
+}
+
+TEST_F(ProjectWindowTest, TheMenuOpensTheChosenPhoto) {
+    const auto window = opened();
+    const Foundation::Uuid photo = window->document().project().photos[1].id;
+    window->findChild<Grid::PhotoGridView*>()->goTo(photo);
+    trigger(*window, Intent::openPhoto);
+    auto* const loupe = window->findChild<Grid::Loupe*>();
+    ASSERT_TRUE(loupe->isVisible());
+    EXPECT_EQ(loupe->current(), photo);
 }

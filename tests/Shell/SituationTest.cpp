@@ -187,3 +187,24 @@ TEST(Notices, ALongTextIsWrappedInsideTheWindow) {
     EXPECT_EQ(notices.text(), text);
     EXPECT_TRUE(window.rect().contains(notices.geometry()));
 }
+
+TEST(ActionState, TheReasonAgainstACaptionNeedsNoChosenPhoto) {
+    Situation now = reviewed();
+    EXPECT_EQ(whyNoCaption(now), "");
+    now.isCaptioning = true;
+    EXPECT_EQ(whyNoCaption(now), "Captions are being generated already");
+    now.allowsAICaptions = false;
+    now.captionsHelp = "AI captions are turned off";
+    EXPECT_EQ(whyNoCaption(now), "AI captions are turned off");
+    EXPECT_EQ(actionState(Intent::regenerateCaption, now).help, "AI captions are turned off");
+}
+
+TEST(Menus, KeysOfPhotosAreToldAndLeftToThePhotos) {
+    const Actions actions;
+    for (const Intent intent :
+         {Intent::openPhoto, Intent::toggleInFilm, Intent::editCaption, Intent::remove}) {
+        EXPECT_FALSE(actions[intent]->shortcut().isEmpty());
+        EXPECT_EQ(actions[intent]->shortcutContext(), Qt::WidgetShortcut);
+    }
+    EXPECT_EQ(actions[Intent::details]->shortcut(), QKeySequence{Qt::Key_F9});
+}

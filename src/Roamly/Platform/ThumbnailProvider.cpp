@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the Roamly developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include <Roamly/Platform/ProcessSetup.h>
+#include <Roamly/Platform/PictureDecoding.h>
 #include <Roamly/Platform/ThumbnailProvider.h>
 #include <Roamly/Platform/UserFolders.h>
 
@@ -45,7 +45,7 @@ std::optional<std::string> contentKey(const std::filesystem::path& file) {
 
 ThumbnailProvider::ThumbnailProvider(Options options)
     : m_options(std::move(options))
-    , m_loader(m_options.cacheDirectory)
+    , m_loader(m_options.cacheDirectory, pictureDecoding())
     , m_memory(m_options.mostMemoryBytes) {
     for (unsigned i = 0; i < m_options.decoders + 1; ++i)
         m_workers.emplace_back([this, decodes = i > 0](const std::stop_token& stop) { work(stop, decodes); });
@@ -139,7 +139,6 @@ void ThumbnailProvider::work(const std::stop_token& stop, bool decodes) {
     while (const std::shared_ptr<Task> task = next(stop, decodes)) {
         std::optional<Answer> answer;
         try {
-            preparePictures();
             answer = task->content ? decoded(*task) : lookedUp(*task);
         } catch (const std::exception&) {
             answer = Answer{}; // out of memory, most likely: one photo without a picture

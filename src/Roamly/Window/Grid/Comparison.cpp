@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include <Roamly/Window/Grid/Comparison.h>
-#include <Roamly/Window/Theme/Icons.h>
 
 #include <QGridLayout>
 #include <QHBoxLayout>
@@ -37,10 +36,10 @@ Comparison::Comparison(ThumbnailFeed& feed, LargePhotos& large, QWidget* parent)
     , m_grid(new QGridLayout{m_wall}) {
     setAccessibleName(QStringLiteral("Compare Group"));
     setFocusPolicy(Qt::StrongFocus);
-    auto* back = new QPushButton{Theme::icon(QStringLiteral("previous")), QStringLiteral("Back to Photos")};
+    auto* back = new QPushButton{QStringLiteral("Back to Photos")};
     back->setToolTip(QStringLiteral("Back to the photos (Esc)"));
     auto* hint = new QLabel{QStringLiteral("Press 1 to 9 to keep a shot or leave it out")};
-    hint->setEnabled(false);
+    hint->setForegroundRole(QPalette::PlaceholderText);
     QFont strong{m_title->font()};
     strong.setWeight(QFont::DemiBold);
     m_title->setFont(strong);

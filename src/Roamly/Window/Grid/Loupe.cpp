@@ -42,7 +42,7 @@ Loupe::Loupe(const PhotoListModel& photos, ThumbnailFeed& feed, LargePhotos& lar
     , m_large(&large)
     , m_zone(std::move(zone))
     , m_photo(feed, &large)
-    , m_back(new QPushButton{Theme::icon(QStringLiteral("previous")), QStringLiteral("Back to Photos")})
+    , m_back(new QPushButton{QStringLiteral("Back to Photos")})
     , m_compare(new QPushButton{Theme::icon(QStringLiteral("compare")), QStringLiteral("Compare Group")}) {
     setFocusPolicy(Qt::StrongFocus);
     m_back->setToolTip(QStringLiteral("Back to the photos (Esc)"));

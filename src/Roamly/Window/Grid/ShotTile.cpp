@@ -17,8 +17,8 @@ namespace {
 
 constexpr int inset = 8;
 constexpr int badgeSide = 20;
-/// How strong a photo is shown that is not in the film.
-constexpr double leftOutStrength = 0.35;
+/// Of the column in which the keys stand.
+constexpr int keyWidth = 20;
 /// Only so many shots have a key of their own.
 constexpr int lastKey = 9;
 
@@ -69,9 +69,8 @@ void ShotTile::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(QRectF{rect()}.adjusted(1, 1, -1, -1), TilePictures::cornerRadius,
                             TilePictures::cornerRadius);
     const QRect area = photoArea();
-    painter.setOpacity(isIn ? 1.0 : leftOutStrength);
+    // Also what is left out is shown in full: it is to be compared.
     QRect shown = m_photo.paint(painter, area, m_shot.photo);
-    painter.setOpacity(1.0);
     if (shown.isEmpty()) {
         painter.setPen(colours.quietText);
         painter.drawText(area, Qt::AlignCenter,
@@ -84,23 +83,26 @@ void ShotTile::paintEvent(QPaintEvent*) {
 
     const int line = fontMetrics().lineSpacing();
     const QRect first{area.left(), area.bottom() + 1 + inset, area.width(), line};
-    const QRect second = first.translated(0, line);
     const auto write = [&](const QRect& where, Qt::Alignment side, const QString& text) {
         painter.drawText(where,
                          static_cast<int>(QStyle::visualAlignment(layoutDirection(), side)) |
                              Qt::TextSingleLine | Qt::AlignVCenter,
-                         fontMetrics().elidedText(text, Qt::ElideRight, where.width()));
+                         painter.fontMetrics().elidedText(text, Qt::ElideRight, where.width()));
     };
     QFont strong{font()};
     strong.setWeight(QFont::DemiBold);
+    const bool hasKey = m_number <= lastKey;
+    painter.setPen(colours.quietText);
+    if (hasKey)
+        write(first, Qt::AlignLeft, QString::number(m_number));
+    const QRect beside = first.adjusted(hasKey && !isRightToLeft() ? keyWidth : 0, 0,
+                                        hasKey && isRightToLeft() ? -keyWidth : 0, 0);
+    const QString state = isIn ? QStringLiteral("In the film") : QStringLiteral("Left out");
+    write(beside.translated(0, line), Qt::AlignLeft,
+          m_shot.quality.isEmpty() ? state : state + QStringLiteral(" · ") + m_shot.quality);
     painter.setPen(colours.text);
     painter.setFont(m_shot.isBest ? strong : font());
-    const QString key = m_number <= lastKey ? QStringLiteral("%1   ").arg(m_number) : QString{};
-    write(first, Qt::AlignLeft, key + m_shot.place);
-    painter.setFont(font());
-    painter.setPen(colours.quietText);
-    write(second, Qt::AlignLeft,
-          m_shot.quality.isEmpty() ? PhotoText::fileName(m_shot.photo) : m_shot.quality);
+    write(beside, Qt::AlignLeft, m_shot.place);
 }
 
 } // namespace Grid

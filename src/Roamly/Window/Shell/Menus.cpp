@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Roamly developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include <Foundation/DisplayText.h>
 #include <Roamly/Window/Shell/Actions.h>
 #include <Roamly/Window/Shell/Menus.h>
 
@@ -85,6 +86,16 @@ void fillMenuBar(QMenuBar& bar, const Actions& actions, const std::function<void
 
     add(addMenu(bar, QStringLiteral("&Help")), actions,
         {Intent::help, Intent::shortcuts, line, Intent::about});
+}
+
+void fillRecentMenu(QMenu& menu, const std::vector<std::filesystem::path>& projects,
+                    const std::function<void(const std::filesystem::path&)>& open) {
+    for (const std::filesystem::path& project : projects) {
+        const QString name = QString::fromStdString(Foundation::displayText(project.stem()));
+        QAction* const action = menu.addAction(QString{name}.replace(QLatin1Char('&'), QStringLiteral("&&")));
+        action->setToolTip(QString::fromStdString(Foundation::displayText(project)));
+        QObject::connect(action, &QAction::triggered, &menu, [open, project] { open(project); });
+    }
 }
 
 } // namespace Shell

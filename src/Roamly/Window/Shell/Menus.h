@@ -3,7 +3,9 @@
 
 #pragma once
 
+#include <filesystem>
 #include <functional>
+#include <vector>
 
 class QMenu;
 class QMenuBar;
@@ -14,5 +16,9 @@ class Actions;
 
 /// Fills the bar with every action there is. `recent` fills the menu of recent projects each time it opens.
 void fillMenuBar(QMenuBar& bar, const Actions& actions, const std::function<void(QMenu&)>& recent);
+
+/// Adds the projects by their names; `open` is called with the one that is chosen.
+void fillRecentMenu(QMenu& menu, const std::vector<std::filesystem::path>& projects,
+                    const std::function<void(const std::filesystem::path&)>& open);
 
 } // namespace Shell

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: the Roamly developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include <Foundation/DisplayText.h>
 #include <Roamly/Document/CaptionProvider.h>
 #include <Roamly/Document/FilmSummary.h>
 #include <Roamly/Document/PlaybackSettings.h>
@@ -21,13 +20,10 @@
 
 #include <QCloseEvent>
 #include <QDropEvent>
-#include <QMenu>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QMimeData>
 #include <QStackedWidget>
 #include <QVBoxLayout>
-#include <algorithm>
 #include <array>
 
 namespace Shell {
@@ -67,14 +63,16 @@ void ProjectWindow::build() {
     setAcceptDrops(true);
     m_toolBar = new MainToolBar(m_actions, this);
     addToolBar(m_toolBar);
-    fillMenuBar(*menuBar(), m_actions, [this](QMenu& menu) { fillRecent(menu); });
+    fillMenuBar(*menuBar(), m_actions, [this](QMenu& menu) {
+        fillRecentMenu(menu, m_services.recentProjects(),
+                       [this](const auto& path) { Q_EMIT openWanted(path); });
+    });
     for (const auto& [intent, action] : m_actions.all())
         addAction(action);
 
     m_review = new ReviewArea(m_document, m_services.thumbnails, m_services.photo);
-    const bool showsDetails = m_services.showsDetails();
-    m_actions[Intent::details]->setChecked(showsDetails);
-    m_review->showDetails(showsDetails);
+    m_actions[Intent::details]->setChecked(m_services.showsDetails());
+    m_review->showDetails(m_services.showsDetails());
     m_banner = new Sheets::PrivacyBanner;
     m_empty = new EmptyState;
     m_pages = new QStackedWidget;
@@ -241,9 +239,7 @@ void ProjectWindow::carryOut(Intent intent) {
     case Intent::shortcuts:
         return Q_EMIT helpWanted(QStringLiteral("Keyboard Shortcuts"));
     case Intent::about:
-        return QMessageBox::about(
-            this, QStringLiteral("About Roamly"),
-            QStringLiteral("Roamly turns a pile of holiday photos into a slideshow film."));
+        return tellAbout(this);
     case Intent::locateMissing:
         return m_services.choosers.folderOfMissing(
             this, [this](const std::filesystem::path& folder) { m_missingPhotos.locate(folder); });
@@ -251,11 +247,9 @@ void ProjectWindow::carryOut(Intent intent) {
         return m_review->openPhoto();
     case Intent::compareGroup:
         return m_review->compareGroup();
-    case Intent::details: {
-        const bool isShown = m_actions[Intent::details]->isChecked();
-        m_services.setShowsDetails(isShown);
-        return m_review->showDetails(isShown);
-    }
+    case Intent::details:
+        m_services.setShowsDetails(m_actions[intent]->isChecked());
+        return m_review->showDetails(m_actions[intent]->isChecked());
     }
 }
 
@@ -315,11 +309,7 @@ Situation ProjectWindow::situation() const {
 void ProjectWindow::showSituation() {
     const Situation now = situation();
     m_actions.show(now);
-    // Which photo it is for is the menu's own to say.
-    Situation ofOne = now;
-    ofOne.marked = 1;
-    const ActionState caption = actionState(Intent::regenerateCaption, ofOne);
-    m_review->setWhyNoCaption(caption.isEnabled ? QString{} : QString::fromStdString(*caption.help));
+    m_review->setWhyNoCaption(QString::fromStdString(whyNoCaption(now)));
     m_strips->showMissing(now.missing);
 }
 
@@ -357,15 +347,6 @@ void ProjectWindow::finishWork(WorkKind kind) {
     notice(text);
     if (!isActiveWindow())
         m_services.notify(m_flow.name(), text);
-}
-
-void ProjectWindow::fillRecent(QMenu& menu) {
-    for (const std::filesystem::path& project : m_services.recentProjects()) {
-        const QString name = QString::fromStdString(Foundation::displayText(project.stem()));
-        QAction* const action = menu.addAction(QString{name}.replace(QLatin1Char('&'), QStringLiteral("&&")));
-        action->setToolTip(QString::fromStdString(Foundation::displayText(project)));
-        connect(action, &QAction::triggered, this, [this, project] { Q_EMIT openWanted(project); });
-    }
 }
 
 void ProjectWindow::closeEvent(QCloseEvent* event) {

@@ -89,7 +89,6 @@ private:
     void take(const QList<QUrl>& urls);
     void showWork(WorkKind kind);
     void finishWork(WorkKind kind);
-    void fillRecent(QMenu& menu);
     [[nodiscard]] Situation situation() const;
     void closeForGood();
 

@@ -7,6 +7,7 @@
 
 #include <QDateTime>
 #include <QLocale>
+#include <QMessageBox>
 #include <utility>
 
 namespace Shell {
@@ -57,6 +58,11 @@ DocumentQuestions questionsOver(QWidget* window, const FileChoosers& choosers) {
 
 void tell(QWidget* window, const QString& sentence) {
     ask(window, Sheets::Alerts::error(QStringLiteral("That did not work"), sentence), [](Answer) {});
+}
+
+void tellAbout(QWidget* window) {
+    QMessageBox::about(window, QStringLiteral("About Roamly"),
+                       QStringLiteral("Roamly turns a pile of holiday photos into a slideshow film."));
 }
 
 void askForConsent(QWidget* window, const Document::PrivacyConfirmation& confirmation,

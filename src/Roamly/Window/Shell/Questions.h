@@ -20,6 +20,9 @@ namespace Shell {
 /// Tells that something could not be done.
 void tell(QWidget* window, const QString& sentence);
 
+/// What this program is.
+void tellAbout(QWidget* window);
+
 /// What the user must agree to before photos leave the computer; anything but a clear yes is a no.
 void askForConsent(QWidget* window, const Document::PrivacyConfirmation& confirmation,
                    std::function<void(bool agreed)> answer);

@@ -59,6 +59,11 @@ Situation situationOf(const Document::ProjectDocument& document, const Document:
     return now;
 }
 
+std::string whyNoCaption(Situation now) {
+    now.marked = 1;
+    return regenerateCaption(now).help.value_or("");
+}
+
 ActionState actionState(Intent intent, const Situation& now) {
     const bool hasPhotos = now.photos > 0;
     switch (intent) {

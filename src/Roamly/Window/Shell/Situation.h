@@ -57,6 +57,9 @@ struct ActionState {
     friend bool operator==(const ActionState&, const ActionState&) = default;
 };
 
+/// What regenerating the caption of any one photo waits for; empty when it may be done.
+[[nodiscard]] std::string whyNoCaption(Situation now);
+
 [[nodiscard]] ActionState actionState(Intent intent, const Situation& situation);
 
 } // namespace Shell
