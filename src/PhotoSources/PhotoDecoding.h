@@ -11,14 +11,14 @@
 
 namespace PhotoSources {
 
-/// The one door to the pixels of picture files. Whoever needs them is handed one of these and does not know where the
-/// decoders run. Thread-safe.
+/// The one door to the pixels of picture files. Whoever needs them is handed one of these and does not know
+/// where the decoders run. Thread-safe.
 class PhotoDecoding {
 public:
     virtual ~PhotoDecoding() = default;
 
-    /// The file's picture as `ImageDecoder::decode` has it, its longest side at most `maxPixel` pixels; nothing when the
-    /// file cannot be decoded.
+    /// The file's picture as `ImageDecoder::decode` has it, its longest side at most `maxPixel` pixels;
+    /// nothing when the file cannot be decoded.
     [[nodiscard]] virtual std::optional<Foundation::Image> decode(const std::filesystem::path& file,
                                                                   int maxPixel) const = 0;
 };

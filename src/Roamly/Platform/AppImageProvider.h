@@ -24,8 +24,9 @@ public:
 
     /// `maxPixel` bounds the longest side. Without a `libraryImage` loader, photo-library photos yield
     /// nothing.
-    explicit AppImageProvider(int maxPixel, LibraryImageLoader libraryImage = {},
-                              std::shared_ptr<const PhotoSources::PhotoDecoding> decoding = pictureDecoding());
+    explicit AppImageProvider(
+        int maxPixel, LibraryImageLoader libraryImage = {},
+        std::shared_ptr<const PhotoSources::PhotoDecoding> decoding = pictureDecoding());
 
     [[nodiscard]] std::optional<Foundation::Image> image(const ProjectModel::PhotoRef& ref) const;
 

@@ -9,8 +9,8 @@
 
 namespace Platform {
 
-/// How this program decodes picture files: in this process, once what that needs has started (`preparePictures`). The one
-/// for all. Thread-safe.
+/// How this program decodes picture files: in this process, once what that needs has started
+/// (`preparePictures`). The one for all. Thread-safe.
 [[nodiscard]] std::shared_ptr<const PhotoSources::PhotoDecoding> pictureDecoding();
 
 } // namespace Platform
