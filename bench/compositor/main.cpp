@@ -16,7 +16,7 @@
 
 namespace {
 
-using namespace Export;
+using namespace Frames;
 
 double cpuMilliseconds() {
     timespec now{};

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the Roamly developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include <ProjectModel/Words.h>
 #include <Roamly/Document/CaptionProvider.h>
 #include <Roamly/Window/Sheets/Labels.h>
 #include <Roamly/Window/Sheets/SettingsWindow.h>
@@ -85,8 +86,8 @@ TEST_F(SettingsWindowTest, HasTheDescribedGroupsAndLabels) {
     for (
         const QString& text :
         {u"Export"_s, u"Seconds per photo: "_s, u"Chapter titles"_s, u"Default resolution"_s,
-         u"Default codec"_s, u"AI providers"_s, u"Default provider"_s, toText(Document::providersNote),
-         u"Ollama (local)"_s, u"Base URL"_s, u"Model"_s,
+         u"Default codec"_s, u"AI providers"_s, u"Default provider"_s,
+         toText(ProjectModel::Words::providersNote), u"Ollama (local)"_s, u"Base URL"_s, u"Model"_s,
          u"Use a vision model so captions describe the photo, e.g. llava or llama3.2-vision. Pull it first: `ollama pull llava`."_s,
          u"API key"_s, u"Use a vision model, e.g. openai/gpt-4o-mini or google/gemini-flash-1.5."_s,
          u"Privacy: OpenRouter is a **cloud** service. Every photo you caption is uploaded to OpenRouter and the model provider you choose — the images leave your computer. Don’t use it for photos you want to keep private; use Built-in or Ollama for that."_s}) {
