@@ -35,11 +35,6 @@ public Q_SLOTS:
         return QDBusVariant{QVariant::fromValue(QDBusVariant{m_preference})};
     }
 
-Q_SIGNALS:
-    Q_SCRIPTABLE void SettingChanged(const QString& group,
-                                     const QString& key, // NOLINT(readability-identifier-naming)
-                                     const QDBusVariant& value);
-
 private:
     uint m_preference;
 };
@@ -83,6 +78,15 @@ protected:
         ASSERT_TRUE(bus.registerService(QString::fromLatin1(service)));
     }
 
+    /// The portal's signal that a setting changed.
+    void tell(const QString& group, const QString& key, uint preference) {
+        QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/portal/desktop"),
+                                                         QStringLiteral("org.freedesktop.portal.Settings"),
+                                                         QStringLiteral("SettingChanged"));
+        signal << group << key << QVariant::fromValue(QDBusVariant{preference});
+        ASSERT_TRUE(m_bus.connection("portal").send(signal));
+    }
+
     [[nodiscard]] DarkMode* mode(Scheme fallback) {
         m_mode =
             std::make_unique<DarkMode>(fallback, m_bus.connection("window"), QString::fromLatin1(service));
@@ -114,10 +118,8 @@ TEST_F(DarkModeTest, FollowsThePortal) {
     DarkMode* const dark = mode(Scheme::Light);
     QSignalSpy changes{dark, &DarkMode::changed};
     ASSERT_TRUE(changes.wait());
-    Q_EMIT m_portal->SettingChanged(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("contrast"),
-                                    QDBusVariant{2U});
-    Q_EMIT m_portal->SettingChanged(QStringLiteral("org.freedesktop.appearance"),
-                                    QStringLiteral("color-scheme"), QDBusVariant{2U});
+    tell(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("contrast"), 2U);
+    tell(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"), 2U);
     ASSERT_TRUE(changes.wait());
     EXPECT_EQ(changes.count(), 2);
     EXPECT_EQ(dark->scheme(), Scheme::Light);
@@ -128,8 +130,7 @@ TEST_F(DarkModeTest, WithoutAPreferenceItIsThePlatforms) {
     DarkMode* const dark = mode(Scheme::Light);
     QSignalSpy changes{dark, &DarkMode::changed};
     ASSERT_TRUE(changes.wait());
-    Q_EMIT m_portal->SettingChanged(QStringLiteral("org.freedesktop.appearance"),
-                                    QStringLiteral("color-scheme"), QDBusVariant{0U});
+    tell(QStringLiteral("org.freedesktop.appearance"), QStringLiteral("color-scheme"), 0U);
     ASSERT_TRUE(changes.wait());
     EXPECT_EQ(dark->scheme(), Scheme::Light);
 }

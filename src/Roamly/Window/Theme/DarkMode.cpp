@@ -35,7 +35,10 @@ DarkMode::DarkMode(Scheme fallback, const QDBusConnection& bus, const QString& p
     , m_scheme(fallback) {
     if (!m_bus.isConnected())
         return;
-    m_bus.connect(portalService, portalPath(), settingsInterface(), QStringLiteral("SettingChanged"), this,
+    // A process that has not talked over a bus yet does not know the slot's type by name.
+    qRegisterMetaType<QDBusVariant>("QDBusVariant");
+    // From whoever has that path: a portal that starts late, or anew, has an owner that nobody knows yet.
+    m_bus.connect(QString{}, portalPath(), settingsInterface(), QStringLiteral("SettingChanged"), this,
                   SLOT(settingChanged(QString, QString, QDBusVariant)));
     ask(portalService);
 }
